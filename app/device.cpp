@@ -1,0 +1,98 @@
+#include "app/device.h"
+
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+std::int32_t s_fd = 0;
+
+namespace {
+
+// The video processor's bus needs this much rest before each transfer.
+constexpr useconds_t kPauseMicroseconds = 100;
+
+// The request code chooses a transmitter page; the trace lines name that code by the page's slave number.
+struct Page {
+    std::uint8_t devaddr;
+    int slave;
+    KovaRequest read, write;
+};
+
+constexpr std::array<Page, 2> kPages{{
+    {.devaddr = 0x72, .slave = 0, .read = KOVA_310_READ_HDTX_SLV0, .write = KOVA_310_WRITE_HDTX_SLV0},
+    {.devaddr = 0x7A, .slave = 1, .read = KOVA_310_READ_HDTX_SLV1, .write = KOVA_310_WRITE_HDTX_SLV1},
+}};
+
+const Page* FindPage(std::uint8_t devaddr) {
+    for (const Page& page : kPages) {
+        if (page.devaddr == devaddr) {
+            return &page;
+        }
+    }
+    return nullptr;
+}
+
+// One request to the driver, never repeated.
+bool Transfer(std::int32_t fd, KovaRequest request, kova_xfer& record) { return ioctl(fd, request, &record) != -1; }
+
+std::int32_t Result(const kova_xfer& record) { return record.data[0] | (record.data[1] << 8); }
+
+} // namespace
+
+std::int32_t open_kova() {
+    s_fd = open(kDeviceNode, O_RDWR);
+    return s_fd;
+}
+
+void close_kova() { close(s_fd); }
+
+std::int32_t write_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1) {
+    usleep(kPauseMicroseconds);
+    kova_xfer record{.addr = addr, .data = {d0, d1}};
+    if (!Transfer(fd, KOVA_310_WRITE, record)) {
+        std::puts("kova write error ");
+        return -1;
+    }
+    return 1;
+}
+
+std::int32_t read_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1) {
+    usleep(kPauseMicroseconds);
+    kova_xfer record{.addr = addr, .data = {d0, d1}};
+    if (!Transfer(fd, KOVA_310_READ, record)) {
+        std::puts("kova read error ");
+        return -1;
+    }
+    return Result(record);
+}
+
+std::int32_t write_hdmi(std::uint8_t devaddr, std::uint8_t reg, std::uint8_t value) {
+    const Page* const page = FindPage(devaddr);
+    if (page == nullptr) {
+        return -1;
+    }
+    kova_xfer record{.addr = reg, .data = {value, 0}};
+    if (!Transfer(s_fd, page->write, record)) {
+        std::printf("KOVA_310_WRITE_HDTX_SLV%d write error \n", page->slave);
+        return -1;
+    }
+    std::printf("KOVA_310_WRITE_HDTX_SLV%d write kova.addr=(%x), kova.data[0]=(%x), kova.data[1]=(%x)\n", page->slave,
+                unsigned{record.addr}, unsigned{record.data[0]}, unsigned{record.data[1]});
+    return 1;
+}
+
+std::int32_t read_hdmi(std::uint8_t devaddr, std::uint8_t reg) {
+    const Page* const page = FindPage(devaddr);
+    if (page == nullptr) {
+        return -1;
+    }
+    kova_xfer record{.addr = reg, .data = {0, 0}};
+    if (!Transfer(s_fd, page->read, record)) {
+        std::printf("KOVA_310_READ_HDTX_SLV%d  read  error \n", page->slave);
+        return -1;
+    }
+    std::printf("KOVA_310_READ_HDTX_SLV%d  read kova.addr=(%x), kova.data[0]=(%x), kova.data[1]=(%x)\n", page->slave,
+                unsigned{record.addr}, unsigned{record.data[0]}, unsigned{record.data[1]});
+    return Result(record);
+}

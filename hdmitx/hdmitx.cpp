@@ -1,0 +1,68 @@
+#include "hdmitx/hdmitx.h"
+
+std::uint8_t DefaultDVImode = 0;
+std::uint8_t DefaultICLKEDGE = 0;
+std::uint8_t DefaultICLKValue = 0;
+std::uint8_t DefaultMCLKIndex = 0;
+
+namespace {
+
+// Page 0
+constexpr std::uint8_t kSoftwareReset = 0x05;
+constexpr std::uint8_t kSystemControl = 0x08;
+constexpr std::uint8_t kInputClock = 0x48;
+// Page 1
+constexpr std::uint8_t kMasterClock = 0x02;
+constexpr std::uint8_t kHdmiControl = 0x2F;
+constexpr std::uint8_t kPowerControl = 0x3D;
+
+// Bits
+constexpr std::uint8_t kOutputPower = 0x01;    // kSystemControl
+constexpr std::uint8_t kInputClockEdge = 0x02; // kSystemControl
+constexpr std::uint8_t kHdmiMode = 0x01;       // kHdmiControl
+constexpr std::uint8_t kCorePower = 0x07;      // kPowerControl, all three
+constexpr std::uint8_t kCoreWakeUp = 0x01;     // kPowerControl
+constexpr std::uint8_t kAllResets = 0x03;      // kSoftwareReset
+
+void SetBits(std::uint8_t page, std::uint8_t reg, std::uint8_t bits, bool on) {
+    const unsigned old = HDTX_RegRead(page, reg);
+    HDTX_RegWrite(page, reg, static_cast<std::uint8_t>(on ? old | bits : old & ~unsigned{bits}));
+}
+
+} // namespace
+
+void HDMITXTMDSPowerDown(std::uint8_t down) { SetBits(HDTX_SLV0, kSystemControl, kOutputPower, down == 0); }
+
+std::uint8_t IsTXInHDMIMode() { return HDTX_RegRead(HDTX_SLV1, kHdmiControl) & kHdmiMode; }
+
+void TX_HDMIMode(std::uint8_t on) { SetBits(HDTX_SLV1, kHdmiControl, kHdmiMode, on != 0); }
+
+std::uint8_t IsNeedToForceInDVIMode() { return DefaultDVImode; }
+
+void AssertHDMITX_SWReset(std::uint8_t bits) { HDTX_RegWrite(HDTX_SLV0, kSoftwareReset, bits); }
+
+void ReleaseHDMITX_SWReset(std::uint8_t /*bits*/) { HDTX_RegWrite(HDTX_SLV0, kSoftwareReset, 0x00); }
+
+void SW_ResetHDMITX() {
+    AssertHDMITX_SWReset(kAllResets);
+    ReleaseHDMITX_SWReset(kAllResets);
+}
+
+void WakeUpHDMITX() {
+    SetBits(HDTX_SLV0, kSystemControl, kOutputPower, true);
+    SetBits(HDTX_SLV1, kPowerControl, kCoreWakeUp, true);
+}
+
+void HDMITXTotalPowerDownEnable(std::uint8_t enable) {
+    SetBits(HDTX_SLV0, kSystemControl, kOutputPower, enable != 1);
+    SetBits(HDTX_SLV1, kPowerControl, kCorePower, enable != 1);
+}
+
+void SetIClk(std::uint8_t value) {
+    HDTX_RegWrite(HDTX_SLV0, kInputClock,
+                  static_cast<std::uint8_t>((HDTX_RegRead(HDTX_SLV0, kInputClock) & 0x03) | value));
+}
+
+void SetInputClockEdge() { SetBits(HDTX_SLV0, kSystemControl, kInputClockEdge, DefaultICLKEDGE != 0); }
+
+void SetMCLK(std::uint8_t index) { HDTX_RegWrite(HDTX_SLV1, kMasterClock, index); }
