@@ -1,0 +1,220 @@
+// The board as a person sets it up: environment variables and a script of timed events.
+
+#include "sim/board.h"
+
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <deque>
+#include <vector>
+
+namespace sim {
+
+namespace {
+
+using Edid = std::vector<std::uint8_t>;
+
+struct Event {
+    std::uint64_t when; // µs on the board's clock
+    void (*action)(const Event& event);
+    std::uint32_t number = 0;
+    std::span<const std::uint8_t> edid;
+};
+
+std::vector<Event> events;
+std::size_t nextEvent = 0;
+std::deque<Edid> edids; // a deque: events borrow from its elements
+
+// ---- EDID files ----
+
+bool LoadEdid(const char* path, std::span<const std::uint8_t>& edid) {
+    std::FILE* const file = std::fopen(path, "rb");
+    if (file == nullptr) {
+        std::fprintf(stderr, "kova-sim: cannot open the EDID file '%s': %s\n", path, std::strerror(errno));
+        return false;
+    }
+    Edid bytes(kMostEdidBytes + 1);
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file));
+    const bool failed = std::ferror(file) != 0;
+    std::fclose(file);
+    if (failed) {
+        std::fprintf(stderr, "kova-sim: cannot read the EDID file '%s'\n", path);
+        return false;
+    }
+    if (bytes.empty() || bytes.size() % 128 != 0 || bytes.size() > kMostEdidBytes) {
+        std::fprintf(stderr, "kova-sim: '%s' is no binary EDID: its size is not 1 to 256 blocks of 128 bytes\n", path);
+        return false;
+    }
+    edid = edids.emplace_back(std::move(bytes));
+    return true;
+}
+
+// ---- The script ----
+// A line each: seconds, event, arguments. '#' begins a comment.
+
+struct Words {
+    std::array<char*, 5> word{};
+    std::size_t count = 0;
+};
+
+bool ParseSeconds(const char* text, double& seconds) {
+    char* end = nullptr;
+    seconds = std::strtod(text, &end);
+    return end != text && *end == '\0' && seconds >= 0 && seconds < 1e9;
+}
+
+bool ParseCount(const char* text, std::uint32_t& number) {
+    char* end = nullptr;
+    const unsigned long value = std::strtoul(text, &end, 10);
+    number = static_cast<std::uint32_t>(value);
+    return end != text && *end == '\0' && text[0] != '-' && value >= 1 && value <= 1'000'000;
+}
+
+bool Is(const char* word, const char* expected) { return std::strcmp(word, expected) == 0; }
+
+// Fills the event from the words after the time. On failure: what a right line looks like.
+const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMonitor, Event& event) {
+    const char* const name = words.word[1];
+    const char* const argument = words.count > 2 ? words.word[2] : "";
+    if (Is(name, "plug")) {
+        event.action = [](const Event& e) { Plug(e.edid); };
+        event.edid = firstMonitor;
+        if (words.count > 3 || (words.count == 3 && !LoadEdid(argument, event.edid))) {
+            return "plug [FILE]";
+        }
+        return nullptr;
+    }
+    if (Is(name, "unplug")) {
+        event.action = [](const Event&) { Unplug(); };
+        return words.count == 2 ? nullptr : "unplug";
+    }
+    if (Is(name, "receiver")) {
+        event.action = [](const Event& e) { SetReceiver(e.number != 0); };
+        event.number = Is(argument, "on") ? 1 : 0;
+        return words.count == 3 && (Is(argument, "on") || Is(argument, "off")) ? nullptr : "receiver on|off";
+    }
+    if (Is(name, "audio")) {
+        event.action = [](const Event& e) { SetAudioRate(e.number); };
+        return words.count == 3 && ParseCount(argument, event.number) ? nullptr : "audio HERTZ";
+    }
+    if (Is(name, "fail")) {
+        constexpr const char* kUsage = "fail COUNT, fail every N or fail none";
+        if (words.count == 4 && Is(argument, "every")) {
+            event.action = [](const Event& e) { FailEvery(e.number); };
+            return ParseCount(words.word[3], event.number) ? nullptr : kUsage;
+        }
+        if (words.count == 3 && Is(argument, "none")) {
+            event.action = [](const Event&) {
+                FailRequests(0, 0);
+                FailEvery(0);
+            };
+            return nullptr;
+        }
+        event.action = [](const Event& e) { FailRequests(1, e.number); };
+        return words.count == 3 && ParseCount(argument, event.number) ? nullptr : kUsage;
+    }
+    return "plug [FILE], unplug, receiver on|off, audio HERTZ, fail COUNT, fail every N or fail none";
+}
+
+Words Split(char* line) {
+    line[std::strcspn(line, "#\r\n")] = '\0';
+    Words words;
+    char* rest = nullptr;
+    for (char* word = strtok_r(line, " \t", &rest); word != nullptr && words.count < words.word.size();
+         word = strtok_r(nullptr, " \t", &rest)) {
+        words.word[words.count++] = word;
+    }
+    return words;
+}
+
+bool ParseLine(char* line, const char* path, unsigned number, std::span<const std::uint8_t> firstMonitor) {
+    const Words words = Split(line);
+    if (words.count == 0) {
+        return true;
+    }
+    double seconds = 0;
+    if (!ParseSeconds(words.word[0], seconds) || words.count < 2) {
+        std::fprintf(stderr, "kova-sim: %s:%u: expected: SECONDS EVENT [ARGUMENT]\n", path, number);
+        return false;
+    }
+    Event event{.when = static_cast<std::uint64_t>(seconds * 1e6), .action = nullptr, .number = 0, .edid = {}};
+    if (!events.empty() && event.when < events.back().when) {
+        std::fprintf(stderr, "kova-sim: %s:%u: earlier than the line before it\n", path, number);
+        return false;
+    }
+    if (const char* const usage = ParseEvent(words, firstMonitor, event); usage != nullptr) {
+        std::fprintf(stderr, "kova-sim: %s:%u: expected: SECONDS %s\n", path, number, usage);
+        return false;
+    }
+    events.push_back(event);
+    return true;
+}
+
+bool LoadScript(const char* path, std::span<const std::uint8_t> firstMonitor) {
+    std::FILE* const file = std::fopen(path, "r");
+    if (file == nullptr) {
+        std::fprintf(stderr, "kova-sim: cannot open the script '%s': %s\n", path, std::strerror(errno));
+        return false;
+    }
+    std::array<char, 4096> line{};
+    bool good = true;
+    for (unsigned number = 1; good && std::fgets(line.data(), line.size(), file) != nullptr; ++number) {
+        good = ParseLine(line.data(), path, number, firstMonitor);
+    }
+    if (good && std::ferror(file) != 0) {
+        std::fprintf(stderr, "kova-sim: cannot read the script '%s'\n", path);
+        good = false;
+    }
+    std::fclose(file);
+    return good;
+}
+
+// A variable that is empty counts as not set.
+const char* Environment(const char* name) {
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): before there is a second thread
+    return value != nullptr && value[0] != '\0' ? value : nullptr;
+}
+
+} // namespace
+
+void ClearScript() {
+    events.clear();
+    nextEvent = 0;
+    edids.clear();
+}
+
+void RunScript() {
+    while (nextEvent < events.size() && events[nextEvent].when <= Now()) {
+        const Event& event = events[nextEvent++];
+        event.action(event);
+    }
+}
+
+bool SetUpFromEnvironment() {
+    Reset();
+    double speed = 1;
+    if (const char* const text = Environment("KOVA_SIM_SPEED"); text != nullptr) {
+        char* end = nullptr;
+        speed = std::strtod(text, &end);
+        if (*end != '\0' || !(speed >= 0.001 && speed <= 1e6)) {
+            std::fprintf(stderr, "kova-sim: KOVA_SIM_SPEED='%s' is not a number from 0.001 to 1000000\n", text);
+            return false;
+        }
+    }
+    std::span<const std::uint8_t> edid = kBuiltInEdid;
+    if (const char* const path = Environment("KOVA_SIM_EDID"); path != nullptr && !LoadEdid(path, edid)) {
+        return false;
+    }
+    if (const char* const path = Environment("KOVA_SIM_SCRIPT"); path != nullptr && !LoadScript(path, edid)) {
+        return false;
+    }
+    Plug(edid);
+    // The monitor was there before the power came: nothing has changed yet.
+    TxRegister(Page::Hdmi1, 0x71) = 0;
+    UseRealTime(speed);
+    return true;
+}
+
+} // namespace sim

@@ -1,0 +1,76 @@
+#pragma once
+// The simulated board: stands in for the kernel driver, both chips and a monitor on the HDMI output. It answers the
+// five libc calls by which the console reaches the world (libc.cpp): open, ioctl and close of the device node, sleep,
+// usleep.
+//
+// Preloaded under the unchanged console it is set up by environment (script.cpp). Linked into a test it is set up by
+// the functions below, starts at Reset and runs in virtual time.
+
+#include <array>
+#include <cstdint>
+#include <mutex>
+#include <span>
+#include <string>
+
+namespace sim {
+
+/// Back to power-on: registers, faults, journal, virtual time 0; no monitor.
+void Reset();
+
+// ---- Registers: a look or a poke from outside, without a transfer ----
+
+enum class Page : std::uint8_t { Hdmi1, Hdmi2 };
+
+std::uint16_t& KovaRegister(std::uint16_t addr);
+std::uint8_t& TxRegister(Page page, std::uint8_t reg);
+
+// ---- The monitor ----
+
+/// A 1080p HDMI monitor with basic audio: base block and one CEA-861 extension.
+extern const std::array<std::uint8_t, 256> kBuiltInEdid;
+
+inline constexpr std::size_t kMostEdidBytes = 256 * 128;
+
+/// Connects a powered monitor and raises the hot plug interrupt. The EDID is borrowed; beyond its end a read gives
+/// 0xFF.
+void Plug(std::span<const std::uint8_t> edid);
+void Unplug();
+/// Receiver sense: whether the monitor's receiver has power.
+void SetReceiver(bool on);
+/// Rate of the audio that arrives, in Hz; a change raises the audio input interrupts.
+void SetAudioRate(std::uint32_t hertz);
+
+// ---- Faults ----
+
+/// Among the requests that are made from now on, the first-th (1 is the next one) and the count - 1 after it fail.
+void FailRequests(std::uint32_t first, std::uint32_t count);
+/// Every n-th request from now on fails; 1: all, 0: none.
+void FailEvery(std::uint32_t n);
+
+/// Number of status reads for which the DDC master stays busy after a command.
+void SetDdcBusy(std::uint32_t statusReads);
+/// Error bits (0x40, 0x20, 0x08) with which every DDC transfer ends.
+void SetDdcError(std::uint8_t bits);
+/// Called at the start of every DDC transfer with its number from 1; may change the monitor or the two settings above.
+void SetDdcHook(void (*hook)(std::uint32_t transfer));
+
+// ---- Time ----
+
+/// Virtual time: a sleep returns at once and moves the board's clock. Otherwise sleeps run speed times as fast as real.
+void UseVirtualTime();
+void UseRealTime(double speed);
+/// The board's clock in microseconds since Reset, or since the time was chosen.
+std::uint64_t Now();
+
+// ---- Journal ----
+
+/// What has happened since Reset or the last TakeJournal, a line each: "kova r 0004 0083", "hdmi1 w 2f 01", "pause
+/// 100", "open", "close"; a failed request ends in " failed". Empty unless KeepJournal(true).
+std::string TakeJournal();
+void KeepJournal(bool keep);
+
+/// Sets up the board from KOVA_SIM_EDID, KOVA_SIM_SPEED and KOVA_SIM_SCRIPT.
+/// @return false, with a message on standard error, when one of them is bad.
+bool SetUpFromEnvironment();
+
+} // namespace sim
