@@ -1,0 +1,54 @@
+#include "kova/api.h"
+#include "tests/board.h"
+
+namespace {
+
+using KovaRegs = Board;
+
+TEST_F(KovaRegs, FieldsAreWrittenIntoTheRegisterAsItIs) {
+    struct Case {
+        std::uint16_t old, pos, width, data, expected;
+    };
+    for (const Case& c : {
+             Case{0x0000, 9, 7, 0x007F, 0xFE00}, Case{0xFFFF, 9, 7, 0x0000, 0x01FF},
+             Case{0x1234, 0, 16, 0xBEEF, 0xBEEF}, Case{0x0001, 15, 1, 0x0001, 0x8001},
+             Case{0xA5A5, 4, 4, 0x001F, 0xA5F5}, // bits above the width are dropped
+         }) {
+        sim::KovaRegister(0x400) = c.old;
+        EXPECT_EQ(KOVA_RegField(0x400, c.pos, c.width, c.data), KOVA_NO_ERROR);
+        EXPECT_EQ(sim::KovaRegister(0x400), c.expected);
+    }
+    Transfers();
+    KOVA_RegField(0x400, 0, 1, 0);
+    EXPECT_EQ(Transfers(), "kova r 0400 a5f5\nkova w 0400 a5f4\n");
+}
+
+TEST_F(KovaRegs, FieldsOutsideTheRegisterMakeNoTransfer) {
+    for (const auto& [pos, width] : {std::pair{16, 1}, {0, 0}, {0, 17}, {10, 7}, {65535, 65535}}) {
+        EXPECT_EQ(KOVA_RegField(0x400, static_cast<std::uint16_t>(pos), static_cast<std::uint16_t>(width), 0),
+                  KOVA_INVALID_PARAM);
+    }
+    EXPECT_EQ(Journal(), "");
+}
+
+TEST_F(KovaRegs, BlocksGoWordByWordAndAFailureDoesNotStopThem) {
+    const std::array<std::uint16_t, 3> words{0x1122, 0x3344, 0x5566};
+    std::array<std::uint16_t, 3> back{};
+    sim::FailRequests(2, 1);
+    Quietly([&] {
+        EXPECT_EQ(KOVA_MultiWrite(0xFFFE, words.data(), 6), KOVA_NO_ERROR);
+        sim::FailRequests(1, 1);
+        EXPECT_EQ(KOVA_MultiRead(0xFFFE, back.data(), 6), KOVA_NO_ERROR);
+    });
+    EXPECT_EQ(Transfers(), "kova w fffe 1122\nkova w ffff 3344 failed\nkova w 0000 5566\n"
+                           "kova r fffe 0000 failed\nkova r ffff 0000\nkova r 0000 5566\n");
+    EXPECT_EQ(back, (std::array<std::uint16_t, 3>{0xFFFF, 0x0000, 0x5566}));
+}
+
+TEST_F(KovaRegs, AFieldAfterAFailedReadIsWrittenIntoAllOnes) {
+    sim::FailRequests(1, 1);
+    Quietly([] { EXPECT_EQ(KOVA_RegField(0x400, 0, 4, 0), KOVA_NO_ERROR); });
+    EXPECT_EQ(Writes(), "kova w 0400 fff0\n");
+}
+
+} // namespace
