@@ -256,7 +256,7 @@ void RunShell() {
         case Input::Line:
             break;
         case Input::TooLong:
-            std::fprintf(stderr, "\nLine longer than %zu characters: dropped, nothing of it was executed.\n",
+            std::fprintf(stderr, "Line longer than %zu characters: dropped, nothing of it was executed.\n",
                          input_command.size() - 2);
             continue;
         case Input::End:

@@ -2,6 +2,10 @@
 #include "kova/api.h"
 #include "tests/board.h"
 
+#include <cstdlib>
+#include <fstream>
+#include <unistd.h>
+
 namespace {
 
 using Sim = Board;
@@ -86,6 +90,94 @@ TEST_F(Sim, ThePlugRaisesTheInterruptOfBothChipsUntilItIsAcknowledged) {
         EXPECT_EQ(HDTX_RegRead(HDTX_SLV0, 0x70), 0);
     });
     EXPECT_EQ(pending(), 0);
+}
+
+// ---- Set up by a person ----
+
+class SimSetUp : public testing::Test {
+protected:
+    void SetUp() override { std::ofstream(edid) << std::string(128, 'x'); }
+    void TearDown() override {
+        for (const char* name : {"KOVA_SIM_EDID", "KOVA_SIM_SPEED", "KOVA_SIM_SCRIPT"}) {
+            unsetenv(name);
+        }
+        for (const std::string& path : {edid, script}) {
+            std::remove(path.c_str());
+        }
+    }
+
+    /// Sets the board up with this script. @return what it says, with the script's path as "script"
+    std::string With(const std::string& text) {
+        std::ofstream(script) << text;
+        setenv("KOVA_SIM_SCRIPT", script.c_str(), 1);
+        std::string said = Capture([] { good = sim::SetUpFromEnvironment(); }).err;
+        if (const std::size_t at = said.find(script); at != std::string::npos) {
+            said.replace(at, script.size(), "script");
+        }
+        EXPECT_EQ(said.empty(), good);
+        return said;
+    }
+
+    inline static bool good = false;
+    const std::string edid = testing::TempDir() + "monitor.bin";
+    const std::string script = testing::TempDir() + "board.script";
+};
+
+TEST_F(SimSetUp, AScriptsEventsHappenInTime) {
+    setenv("KOVA_SIM_EDID", edid.c_str(), 1);
+    EXPECT_EQ(With("0.5 unplug # comment\n\n1.0\tplug\n1 receiver off\n2 fail 2\n3 fail every 2\n4 fail none\n"), "");
+    sim::UseVirtualTime();
+    ASSERT_GE(open_kova(), 0);
+    const auto status = [] {
+        std::int32_t value = 0;
+        Quietly([&] { value = read_hdmi(0x72, 0x09); });
+        return value;
+    };
+    struct Step {
+        useconds_t pause;
+        std::int32_t status;
+    };
+    for (const Step& step :
+         {Step{0, 0x06}, Step{499'999, 0x06}, Step{1, 0x00}, Step{500'000, 0x02}, Step{1'000'000, -1}, Step{0, -1},
+          Step{0, 0x02}, Step{1'000'000, 0x02}, Step{0, -1}, Step{0, 0x02}, Step{1'000'000, 0x02}, Step{0, 0x02}}) {
+        usleep(step.pause);
+        EXPECT_EQ(status(), step.status) << sim::Now();
+    }
+    close_kova();
+}
+
+TEST_F(SimSetUp, ABadLineIsNamed) {
+    constexpr const char* kFail = "fail COUNT, fail every N or fail none\n";
+    for (const auto& [text, said] : {
+             std::pair<std::string, std::string>{"x unplug", "1: expected: SECONDS EVENT [ARGUMENT]\n"},
+             {"\n1", "2: expected: SECONDS EVENT [ARGUMENT]\n"},
+             {"-1 unplug", "1: expected: SECONDS EVENT [ARGUMENT]\n"},
+             {"nan unplug", "1: expected: SECONDS EVENT [ARGUMENT]\n"},
+             {"5 unplug\n4 plug", "2: earlier than the line before it\n"},
+             {"0 unplug now", "1: expected: SECONDS unplug\n"},
+             {"0 receiver maybe", "1: expected: SECONDS receiver on|off\n"},
+             {"0 audio", "1: expected: SECONDS audio HERTZ\n"},
+             {"0 fail -1", std::string("1: expected: SECONDS ") + kFail},
+             {"0 fail every 0", std::string("1: expected: SECONDS ") + kFail},
+             {"0 explode",
+              std::string("1: expected: SECONDS plug [FILE], unplug, receiver on|off, audio HERTZ, ") + kFail},
+         }) {
+        EXPECT_EQ(With(text), "kova-sim: script:" + said);
+    }
+    EXPECT_NE(With("0 plug /no/such.bin").find("cannot open the EDID file '/no/such.bin'"), std::string::npos);
+}
+
+TEST_F(SimSetUp, ABadSpeedOrMonitorIsRefused) {
+    for (const char* speed : {"fast", "0", "-1", "nan", "1x"}) {
+        setenv("KOVA_SIM_SPEED", speed, 1);
+        EXPECT_NE(With("").find("KOVA_SIM_SPEED"), std::string::npos) << speed;
+    }
+    unsetenv("KOVA_SIM_SPEED");
+    for (const std::size_t size : {0, 127, 129, 257 * 128}) {
+        std::ofstream(edid) << std::string(size, 'x');
+        setenv("KOVA_SIM_EDID", edid.c_str(), 1);
+        EXPECT_NE(With("").find("is no binary EDID"), std::string::npos) << size;
+    }
 }
 
 } // namespace
