@@ -1,15 +1,14 @@
-#include "kova/api.h"
+#include "kova/regs.h"
 
 #include "app/device.h"
+#include "kova/field.h"
+
+using kova::AsResult;
 
 namespace {
 
 // The chip's address on its bus.
 constexpr std::uint8_t kSlave = 0xDC;
-
-constexpr std::uint8_t AsResult(std::uint8_t transferResult) {
-    return transferResult != 0 ? KOVA_I2C_ERROR : KOVA_NO_ERROR;
-}
 
 } // namespace
 

@@ -1,0 +1,44 @@
+#pragma once
+// Named register fields, and what every setter is made of.
+
+#include "kova/regs.h"
+
+#include <cstdint>
+#include <span>
+
+namespace kova {
+
+/// A bit field of one video processor register.
+struct Field {
+    std::uint16_t addr;
+    std::uint8_t pos;
+    std::uint8_t width;
+};
+
+/// What a sequence returns that stops at its first failing step: steps joined by ||.
+constexpr std::uint8_t AsResult(bool failed) { return failed ? KOVA_I2C_ERROR : KOVA_NO_ERROR; }
+
+/// Writes a field by read, modify, write. Bits of value above the field are dropped.
+inline std::uint8_t Write(Field field, std::uint16_t value) {
+    return KOVA_RegField(field.addr, field.pos, field.width, value);
+}
+
+/// Writes words to the registers from addr on.
+inline std::uint8_t Write(std::uint16_t addr, std::span<const std::uint16_t> words) {
+    return KOVA_MultiWrite(addr, words.data(), static_cast<std::uint16_t>(words.size_bytes()));
+}
+
+/// Makes the staged settings take effect.
+inline std::uint8_t LocalUpdate() { return KOVA_RegWrite(KOVA_LOCAL_UPDATE, 1); }
+
+inline std::uint8_t SetAndUpdate(Field field, std::uint16_t value) {
+    return AsResult(Write(field, value) || LocalUpdate());
+}
+
+/// Sets or clears bits of an attribute word.
+template <typename Word>
+constexpr void SetBits(Word& word, unsigned bits, bool on) {
+    word = static_cast<Word>(on ? word | bits : word & ~bits);
+}
+
+} // namespace kova

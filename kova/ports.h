@@ -1,0 +1,55 @@
+#pragma once
+// The two input ports. Most port registers hold one field for each side by side.
+
+#include "kova/field.h"
+#include "kova/formats.h"
+
+namespace kova {
+
+struct PortRegs {
+    Field ycOffset, cbcrSwap, highTopField, inputField, compHsync, scan, patternScan;
+    Field positionX, positionY;     ///< the two fields of position
+    std::uint16_t position;         ///< offsets of the picture from the port's syncs
+    std::uint16_t windowW, windowH; ///< source window
+    std::uint16_t clockDelay;
+};
+
+// clang-format off
+inline constexpr PortRegs kPortA{
+    .ycOffset     = {0x400, 11, 3},
+    .cbcrSwap     = {0x400,  3, 1},
+    .highTopField = {0x401,  1, 1},
+    .inputField   = {0x401,  3, 1},
+    .compHsync    = {0x402,  6, 1},
+    .scan         = {0x402,  0, 3},
+    .patternScan  = {0x402,  0, 1},
+    .positionX    = {0x404,  0, 9},
+    .positionY    = {0x404,  9, 7},
+    .position     =  0x404,
+    .windowW      =  0x406,
+    .windowH      =  0x407,
+    .clockDelay   =  0x044,
+};
+inline constexpr PortRegs kPortB{
+    .ycOffset     = {0x400,  8, 3},
+    .cbcrSwap     = {0x400,  2, 1},
+    .highTopField = {0x401,  0, 1},
+    .inputField   = {0x401,  2, 1},
+    .compHsync    = {0x402, 14, 1},
+    .scan         = {0x402,  8, 3},
+    .patternScan  = {0x402,  8, 1},
+    .positionX    = {0x405,  0, 9},
+    .positionY    = {0x405,  9, 7},
+    .position     =  0x405,
+    .windowW      =  0x408,
+    .windowH      =  0x409,
+    .clockDelay   =  0x046,
+};
+// clang-format on
+
+constexpr bool OnPortA(const SrcVideoInfo& src) { return (src.flags & VIDFLAG_PORT_A) != 0; }
+
+/// The port that the source's flags name.
+constexpr const PortRegs& PortOf(const SrcVideoInfo& src) { return OnPortA(src) ? kPortA : kPortB; }
+
+} // namespace kova
