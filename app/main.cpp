@@ -1,6 +1,7 @@
 #include "app/device.h"
 #include "app/shell.h"
 
+#include <array>
 #include <cstdio>
 #include <sys/prctl.h>
 

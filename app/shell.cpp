@@ -143,8 +143,8 @@ void UpdateKova() {
     std::puts("\n KOVA Local Reg Update ( Write '1' at 0x4c4 ) ! \n");
 }
 
-// A register command acts only with exactly its number of tokens.
-void RunRegisterCommand(RegisterLine& line) {
+// A register command acts only with exactly its number of tokens. Returns whether the line ends with it.
+bool RunRegisterCommand(RegisterLine& line) {
     if (line.command == Command::Read && line.tokens == 3) {
         ReadRegister(line);
         EchoRegister(line);
@@ -154,12 +154,14 @@ void RunRegisterCommand(RegisterLine& line) {
     } else if (line.command == Command::Dump && line.tokens == 2) {
         if (line.target == Target::Kova) {
             DumpKova();
-        } else {
-            EchoRegister(line);
+            return true;
         }
+        EchoRegister(line);
     } else if (line.command == Command::Update && line.tokens == 1) {
         UpdateKova();
+        return true;
     }
+    return false;
 }
 
 // ---- Line commands ----
@@ -243,8 +245,9 @@ std::uint16_t hex2dec(const char* str) {
 
 void CommandProcess() {
     RegisterLine line = Tokenize(input_command.data());
-    RunRegisterCommand(line);
-    RunLineCommand(input_command.data());
+    if (!RunRegisterCommand(line)) {
+        RunLineCommand(input_command.data());
+    }
 }
 
 void RunShell() {

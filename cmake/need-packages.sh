@@ -1,13 +1,26 @@
 # Sourced by the scripts of this project: need_packages NAME... installs what a Debian machine lacks.
 
+# Whether a package's program is there, on a machine that has no Debian packages. Libraries are CMake's to find.
+has_program_of() {
+    case $1 in
+    ninja-build) command -v ninja ;;
+    g++-powerpc-linux-gnu) command -v powerpc-linux-gnu-g++ ;;
+    qemu-user) command -v qemu-ppc ;;
+    googletest | lib*) true ;;
+    *) command -v "$1" ;;
+    esac >/dev/null 2>&1
+}
+
 need_packages() {
+    missing=
     if ! command -v apt-get >/dev/null 2>&1; then
-        # Not Debian: whoever lacks one of them learns here what it is called there.
-        command -v cmake >/dev/null 2>&1 && command -v ninja >/dev/null 2>&1 && return 0
-        echo "Install what this machine calls these Debian packages, then try again: $*" >&2
+        for package; do
+            has_program_of "$package" || missing="$missing $package"
+        done
+        [ -z "$missing" ] && return 0
+        echo "Install what this machine calls these Debian packages, then try again:$missing" >&2
         return 1
     fi
-    missing=
     for package; do
         dpkg-query -W -f '${Status}\n' "$package" 2>/dev/null | grep -q ' installed$' || missing="$missing $package"
     done

@@ -4,6 +4,8 @@
 #include "app/device.h"
 #include "sim/sim.h"
 
+#include <mutex>
+
 namespace sim {
 
 /// The kernel driver handles one request at a time, whichever thread it comes from. Every function below and in sim.h
@@ -23,6 +25,15 @@ void WriteTx(Page page, std::uint8_t reg, std::uint8_t value);
 /// Whether the transmitter asks for the video processor's attention.
 bool TxInterruptPending();
 void ResetTx();
+
+inline constexpr std::uint8_t kTxAudioEvents = 0x18;
+void RaiseTxInterrupt(std::uint8_t interrupts);
+
+// ---- audio.cpp ----
+
+void ResetAudio();
+/// Reads a register of page 1 that measures the audio. @return false: reg is none of them
+bool ReadAudio(std::uint8_t reg, std::uint8_t& value);
 
 // ---- clock.cpp ----
 

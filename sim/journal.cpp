@@ -9,7 +9,7 @@ namespace sim {
 namespace {
 
 bool keeping = false;
-std::string journal;
+auto& journal = *new std::string; // never destroyed: see script.cpp
 
 struct RequestText {
     const char* format; // of address and value
@@ -45,12 +45,18 @@ void Note(const char* what) {
 }
 
 void NotePause(std::uint64_t microseconds) {
+    if (!keeping) {
+        return;
+    }
     std::array<char, 40> line{};
     std::snprintf(line.data(), line.size(), "pause %llu", static_cast<unsigned long long>(microseconds));
     Note(line.data());
 }
 
 void NoteTransfer(unsigned long request, const kova_xfer& record, bool ok) {
+    if (!keeping) {
+        return;
+    }
     std::array<char, 40> line{};
     if (request < kRequestTexts.size()) {
         const RequestText& text = kRequestTexts[request];

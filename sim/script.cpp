@@ -20,12 +20,15 @@ struct Event {
     std::uint64_t when; // µs on the board's clock
     void (*action)(const Event& event);
     std::uint32_t number = 0;
+    std::uint32_t jitter = 0;
     std::span<const std::uint8_t> edid;
+    const char* file = nullptr; // with another EDID, while the line is read
 };
 
-std::vector<Event> events;
+// Never destroyed: the control loop's thread may still be at work while the program ends.
+auto& events = *new std::vector<Event>;
 std::size_t nextEvent = 0;
-std::deque<Edid> edids; // a deque: events borrow from its elements
+auto& edids = *new std::deque<Edid>; // a deque: events borrow from its elements
 
 // ---- EDID files ----
 
@@ -81,10 +84,8 @@ const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMo
     if (Is(name, "plug")) {
         event.action = [](const Event& e) { Plug(e.edid); };
         event.edid = firstMonitor;
-        if (words.count > 3 || (words.count == 3 && !LoadEdid(argument, event.edid))) {
-            return "plug [FILE]";
-        }
-        return nullptr;
+        event.file = words.count == 3 ? argument : nullptr;
+        return words.count <= 3 ? nullptr : "plug [FILE]";
     }
     if (Is(name, "unplug")) {
         event.action = [](const Event&) { Unplug(); };
@@ -96,8 +97,9 @@ const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMo
         return words.count == 3 && (Is(argument, "on") || Is(argument, "off")) ? nullptr : "receiver on|off";
     }
     if (Is(name, "audio")) {
-        event.action = [](const Event& e) { SetAudioRate(e.number); };
-        return words.count == 3 && ParseCount(argument, event.number) ? nullptr : "audio HERTZ";
+        event.action = [](const Event& e) { SetAudio(e.number, e.jitter); };
+        const bool jitterGood = words.count == 3 || (words.count == 4 && ParseCount(words.word[3], event.jitter));
+        return jitterGood && ParseCount(argument, event.number) ? nullptr : "audio HERTZ [JITTER]";
     }
     if (Is(name, "fail")) {
         constexpr const char* kUsage = "fail COUNT, fail every N or fail none";
@@ -115,7 +117,7 @@ const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMo
         event.action = [](const Event& e) { FailRequests(1, e.number); };
         return words.count == 3 && ParseCount(argument, event.number) ? nullptr : kUsage;
     }
-    return "plug [FILE], unplug, receiver on|off, audio HERTZ, fail COUNT, fail every N or fail none";
+    return "plug [FILE], unplug, receiver on|off, audio HERTZ [JITTER], fail COUNT, fail every N or fail none";
 }
 
 Words Split(char* line) {
@@ -139,7 +141,7 @@ bool ParseLine(char* line, const char* path, unsigned number, std::span<const st
         std::fprintf(stderr, "kova-sim: %s:%u: expected: SECONDS EVENT [ARGUMENT]\n", path, number);
         return false;
     }
-    Event event{.when = static_cast<std::uint64_t>(seconds * 1e6), .action = nullptr, .number = 0, .edid = {}};
+    Event event{.when = static_cast<std::uint64_t>(seconds * 1e6), .action = nullptr, .edid = {}};
     if (!events.empty() && event.when < events.back().when) {
         std::fprintf(stderr, "kova-sim: %s:%u: earlier than the line before it\n", path, number);
         return false;
@@ -148,6 +150,10 @@ bool ParseLine(char* line, const char* path, unsigned number, std::span<const st
         std::fprintf(stderr, "kova-sim: %s:%u: expected: SECONDS %s\n", path, number, usage);
         return false;
     }
+    if (event.file != nullptr && !LoadEdid(event.file, event.edid)) {
+        return false;
+    }
+    event.file = nullptr;
     events.push_back(event);
     return true;
 }
@@ -161,7 +167,12 @@ bool LoadScript(const char* path, std::span<const std::uint8_t> firstMonitor) {
     std::array<char, 4096> line{};
     bool good = true;
     for (unsigned number = 1; good && std::fgets(line.data(), line.size(), file) != nullptr; ++number) {
-        good = ParseLine(line.data(), path, number, firstMonitor);
+        if (std::strlen(line.data()) + 1 == line.size()) {
+            std::fprintf(stderr, "kova-sim: %s:%u: line too long\n", path, number);
+            good = false;
+        } else {
+            good = ParseLine(line.data(), path, number, firstMonitor);
+        }
     }
     if (good && std::ferror(file) != 0) {
         std::fprintf(stderr, "kova-sim: cannot read the script '%s'\n", path);
@@ -211,8 +222,8 @@ bool SetUpFromEnvironment() {
         return false;
     }
     Plug(edid);
-    // The monitor was there before the power came: nothing has changed yet.
-    TxRegister(Page::Hdmi1, 0x71) = 0;
+    SetAudio(48'000);
+    ForgetInterrupts();
     UseRealTime(speed);
     return true;
 }

@@ -8,7 +8,6 @@
 
 #include <array>
 #include <cstdint>
-#include <mutex>
 #include <span>
 #include <string>
 
@@ -31,14 +30,19 @@ extern const std::array<std::uint8_t, 256> kBuiltInEdid;
 
 inline constexpr std::size_t kMostEdidBytes = 256 * 128;
 
-/// Connects a powered monitor and raises the hot plug interrupt. The EDID is borrowed; beyond its end a read gives
-/// 0xFF.
+/// Connects a powered monitor, in place of one that is there, and raises the hot plug interrupt. The EDID is borrowed;
+/// beyond its end a read gives 0xFF.
 void Plug(std::span<const std::uint8_t> edid);
+/// Forgets what the transmitter has noticed so far: all of it was there before the power came.
+void ForgetInterrupts();
 void Unplug();
 /// Receiver sense: whether the monitor's receiver has power.
 void SetReceiver(bool on);
-/// Rate of the audio that arrives, in Hz; a change raises the audio input interrupts.
-void SetAudioRate(std::uint32_t hertz);
+/// Audio of this rate in Hz arrives, 0: none; a change of the rate raises the audio input interrupts. The transmitter's
+/// CTS follows it, N and the video processor's pixel clock, and alternates by jitter.
+void SetAudio(std::uint32_t hertz, std::uint32_t jitter = 0);
+/// From now on the CTS is this, whatever arrives.
+void FixCts(std::uint32_t cts);
 
 // ---- Faults ----
 

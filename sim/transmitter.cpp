@@ -14,7 +14,7 @@ constexpr std::uint8_t kHotPlug = 0x02, kReceiverSense = 0x04; // in kSinkStatus
 constexpr std::uint8_t kInterruptPending = 0x70;               // bit 0
 constexpr std::uint8_t kInterruptStatus = 0x71;                // a 1 written to a bit clears it
 constexpr std::uint8_t kInterruptEnable = 0x75;
-constexpr std::uint8_t kHotPlugChange = 0x40, kReceiverChange = 0x20, kAudioInput = 0x18; // in the two above
+constexpr std::uint8_t kHotPlugChange = 0x40, kReceiverChange = 0x20; // in the two above
 
 // The DDC master, page 0 as well
 constexpr std::uint8_t kDdcAddress = 0xED;
@@ -99,14 +99,12 @@ std::uint8_t DdcByte() {
     return position < monitorEdid.size() ? monitorEdid[position] : 0xFF;
 }
 
-void Raise(std::uint8_t interrupts) { Page0(kInterruptStatus) |= interrupts; }
-
 void SetSinkStatus(std::uint8_t bit, bool on, std::uint8_t interrupt) {
     std::uint8_t& status = Page0(kSinkStatus);
     const auto now = static_cast<std::uint8_t>(on ? status | bit : status & ~unsigned{bit});
     if (now != status) {
         status = now;
-        Raise(interrupt);
+        RaiseTxInterrupt(interrupt);
     }
 }
 
@@ -117,9 +115,10 @@ void ResetTx() {
         page.fill(0);
     }
     Page0(kIdentification) = 0x91;
-    Page0(kInterruptEnable) = kHotPlugChange | kReceiverChange | kAudioInput;
+    Page0(kInterruptEnable) = kHotPlugChange | kReceiverChange | kTxAudioEvents;
     monitorEdid = {};
     ddc = {};
+    ResetAudio();
 }
 
 std::uint8_t& TxRegister(Page page, std::uint8_t reg) { return pages[static_cast<std::size_t>(page)][reg]; }
@@ -136,6 +135,10 @@ std::uint8_t ReadTx(Page page, std::uint8_t reg) {
         default:
             break;
         }
+    }
+    std::uint8_t measured = 0;
+    if (page == Page::Hdmi2 && ReadAudio(reg, measured)) {
+        return measured;
     }
     return TxRegister(page, reg);
 }
@@ -163,9 +166,12 @@ void WriteTx(Page page, std::uint8_t reg, std::uint8_t value) {
     TxRegister(page, reg) = value;
 }
 
+void RaiseTxInterrupt(std::uint8_t interrupts) { Page0(kInterruptStatus) |= interrupts; }
+
 bool TxInterruptPending() { return (Page0(kInterruptStatus) & Page0(kInterruptEnable)) != 0; }
 
 void Plug(std::span<const std::uint8_t> edid) {
+    Unplug();
     monitorEdid = edid;
     SetSinkStatus(kHotPlug, true, kHotPlugChange);
     SetReceiver(true);
@@ -176,9 +182,9 @@ void Unplug() {
     SetReceiver(false);
 }
 
-void SetReceiver(bool on) { SetSinkStatus(kReceiverSense, on && Connected(), kReceiverChange); }
+void ForgetInterrupts() { Page0(kInterruptStatus) = 0; }
 
-void SetAudioRate(std::uint32_t /*hertz*/) { Raise(kAudioInput); }
+void SetReceiver(bool on) { SetSinkStatus(kReceiverSense, on && Connected(), kReceiverChange); }
 
 void SetDdcBusy(std::uint32_t statusReads) { ddc.busyReads = statusReads; }
 

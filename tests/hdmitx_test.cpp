@@ -5,7 +5,7 @@ namespace {
 
 class HdmiTx : public Board {
 protected:
-    /// The transfers of one operation on registers that hold the given values.
+    /// The transfers of one operation.
     template <typename Operation>
     static std::string Of(Operation operation) {
         Transfers();

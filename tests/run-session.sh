@@ -1,34 +1,69 @@
 #!/bin/sh
 # Runs one console session and compares everything that it shows with the recorded one.
 #
-# usage: run-session.sh NAME CONSOLE SIMULATED-BOARD [EMULATOR...]
+# usage: run-session.sh NAME CONSOLE [EMULATOR...]
 #
-# sessions/NAME.in   what the person types
-# sessions/NAME.out  standard output and standard error as they come, then the exit status
-# sessions/NAME.env  optional: variables, a line each; "NO_BOARD=1" leaves the simulated board out
+# The simulated board lies beside the console. In sessions/:
+# NAME.in    what the person types; a line "@wait TEXT" waits until the console has shown TEXT
+# NAME.out   standard output and standard error as they come, then the exit status
+# NAME.env   optional: variables, a line each; "NO_BOARD=1" leaves the simulated board out
+# NAME.keep  optional: extended regular expression of the lines to compare, for what does not come at fixed places
 #
 # UPDATE_SESSIONS=1 records instead of comparing.
 set -u
-name=$1 console=$2 board=$3
-shift 3
+name=$1 console=$2
+shift 2
 cd "$(dirname "$0")/sessions" || exit 1
 
+unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT NO_BOARD
 [ -f "$name.env" ] && set -a && . "./$name.env" && set +a
 
-actual=$(mktemp) || exit 1
-trap 'rm -f "$actual"' EXIT
-# The emulator takes the library to preload as an option: only the emulated program may get it.
-if [ -n "${NO_BOARD:-}" ]; then
-    "$@" "$console" <"$name.in" >"$actual" 2>&1
-elif [ $# -gt 0 ]; then
-    "$@" -E "LD_PRELOAD=$board" "$console" <"$name.in" >"$actual" 2>&1
-else
-    env "LD_PRELOAD=$board" "$console" <"$name.in" >"$actual" 2>&1
-fi
-echo "[exit status $?]" >>"$actual"
+folder=$(mktemp -d) || exit 1
+trap 'rm -rf "$folder"' EXIT
+shown=$folder/shown
+: >"$shown"
 
+type_lines() {
+    while IFS= read -r line || [ -n "$line" ]; do
+        case $line in
+        "@wait "*)
+            tries=600
+            until grep -aqF "${line#@wait }" "$shown" || [ $tries -eq 0 ]; do
+                sleep 0.1
+                tries=$((tries - 1))
+            done
+            ;;
+        *) printf '%s\n' "$line" ;;
+        esac
+    done <"$name.in"
+}
+
+input=$name.in
+if grep -aq '^@wait ' "$name.in"; then
+    input=$folder/input
+    mkfifo "$input" || exit 1
+    type_lines >"$input" &
+fi
+
+# The loader puts the console's folder for $ORIGIN, whatever characters it holds. An emulator takes the library as an option:
+# only the emulated program may get it.
+preload='LD_PRELOAD=$ORIGIN/libkova-sim.so'
+if [ -n "${NO_BOARD:-}" ]; then
+    "$@" "$console" <"$input" >"$shown" 2>&1
+elif [ $# -gt 0 ]; then
+    "$@" -E "$preload" "$console" <"$input" >"$shown" 2>&1
+else
+    env "$preload" "$console" <"$input" >"$shown" 2>&1
+fi
+echo "[exit status $?]" >>"$shown"
+
+actual=$shown
+if [ -f "$name.keep" ]; then
+    actual=$folder/kept
+    grep -aE "$(cat "$name.keep")|^\[exit status" "$shown" >"$actual"
+fi
 if [ -n "${UPDATE_SESSIONS:-}" ]; then
     cp "$actual" "$name.out"
 else
-    diff -u "$name.out" "$actual"
+    diff -au "$name.out" "$actual"
 fi

@@ -59,13 +59,8 @@ TEST_F(Shell, ALineActsByItsWordsAndTheirNumber) {
              Case{"   ", "", ""},
          }) {
         const Printed printed = Execute(c.line);
-        const std::string transfers = Transfers();
-        if (c.transfers != nullptr) {
-            EXPECT_EQ(transfers, c.transfers) << c.line;
-        }
-        if (c.echo != nullptr) {
-            EXPECT_EQ(printed.out, c.echo) << c.line;
-        }
+        EXPECT_EQ(Transfers(), c.transfers) << c.line;
+        EXPECT_EQ(printed.out, c.echo) << c.line;
     }
 }
 

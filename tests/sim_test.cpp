@@ -3,6 +3,7 @@
 #include "tests/board.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <unistd.h>
 
@@ -96,19 +97,34 @@ TEST_F(Sim, ThePlugRaisesTheInterruptOfBothChipsUntilItIsAcknowledged) {
 
 class SimSetUp : public testing::Test {
 protected:
-    void SetUp() override { std::ofstream(edid) << std::string(128, 'x'); }
+    void SetUp() override {
+        ClearEnvironment();
+        WriteFile(edid, std::string(128, 'x'));
+    }
     void TearDown() override {
+        ClearEnvironment();
+        std::filesystem::remove_all(folder);
+    }
+
+    static void ClearEnvironment() {
         for (const char* name : {"KOVA_SIM_EDID", "KOVA_SIM_SPEED", "KOVA_SIM_SCRIPT"}) {
             unsetenv(name);
         }
-        for (const std::string& path : {edid, script}) {
-            std::remove(path.c_str());
-        }
+    }
+    static void WriteFile(const std::string& path, const std::string& content) {
+        std::ofstream file(path, std::ios::binary);
+        file << content;
+        file.close();
+        ASSERT_TRUE(file) << path;
+    }
+    static std::string MakeFolder() {
+        std::string name = testing::TempDir() + "kova-sim-XXXXXX";
+        return mkdtemp(name.data()) != nullptr ? name + "/" : "";
     }
 
     /// Sets the board up with this script. @return what it says, with the script's path as "script"
     std::string With(const std::string& text) {
-        std::ofstream(script) << text;
+        WriteFile(script, text);
         setenv("KOVA_SIM_SCRIPT", script.c_str(), 1);
         std::string said = Capture([] { good = sim::SetUpFromEnvironment(); }).err;
         if (const std::size_t at = said.find(script); at != std::string::npos) {
@@ -119,8 +135,9 @@ protected:
     }
 
     inline static bool good = false;
-    const std::string edid = testing::TempDir() + "monitor.bin";
-    const std::string script = testing::TempDir() + "board.script";
+    const std::string folder = MakeFolder();
+    const std::string edid = folder + "monitor.bin";
+    const std::string script = folder + "board.script";
 };
 
 TEST_F(SimSetUp, AScriptsEventsHappenInTime) {
@@ -156,15 +173,17 @@ TEST_F(SimSetUp, ABadLineIsNamed) {
              {"5 unplug\n4 plug", "2: earlier than the line before it\n"},
              {"0 unplug now", "1: expected: SECONDS unplug\n"},
              {"0 receiver maybe", "1: expected: SECONDS receiver on|off\n"},
-             {"0 audio", "1: expected: SECONDS audio HERTZ\n"},
+             {"0 audio", "1: expected: SECONDS audio HERTZ [JITTER]\n"},
              {"0 fail -1", std::string("1: expected: SECONDS ") + kFail},
              {"0 fail every 0", std::string("1: expected: SECONDS ") + kFail},
              {"0 explode",
-              std::string("1: expected: SECONDS plug [FILE], unplug, receiver on|off, audio HERTZ, ") + kFail},
+              std::string("1: expected: SECONDS plug [FILE], unplug, receiver on|off, audio HERTZ [JITTER], ") + kFail},
          }) {
         EXPECT_EQ(With(text), "kova-sim: script:" + said);
     }
-    EXPECT_NE(With("0 plug /no/such.bin").find("cannot open the EDID file '/no/such.bin'"), std::string::npos);
+    EXPECT_EQ(With("0 plug nowhere.bin"),
+              "kova-sim: cannot open the EDID file 'nowhere.bin': No such file or directory\n");
+    EXPECT_EQ(With("#" + std::string(5000, 'x')), "kova-sim: script:1: line too long\n");
 }
 
 TEST_F(SimSetUp, ABadSpeedOrMonitorIsRefused) {
@@ -174,7 +193,7 @@ TEST_F(SimSetUp, ABadSpeedOrMonitorIsRefused) {
     }
     unsetenv("KOVA_SIM_SPEED");
     for (const std::size_t size : {0, 127, 129, 257 * 128}) {
-        std::ofstream(edid) << std::string(size, 'x');
+        WriteFile(edid, std::string(size, 'x'));
         setenv("KOVA_SIM_EDID", edid.c_str(), 1);
         EXPECT_NE(With("").find("is no binary EDID"), std::string::npos) << size;
     }

@@ -1,5 +1,7 @@
 #include "hdmitx/hdmitx.h"
 
+#include "hdmitx/bits.h"
+
 std::uint8_t DefaultDVImode = 0;
 std::uint8_t DefaultICLKEDGE = 0;
 std::uint8_t DefaultICLKValue = 0;
@@ -22,12 +24,8 @@ constexpr std::uint8_t kInputClockEdge = 0x02; // kSystemControl
 constexpr std::uint8_t kHdmiMode = 0x01;       // kHdmiControl
 constexpr std::uint8_t kCorePower = 0x07;      // kPowerControl, all three
 constexpr std::uint8_t kCoreWakeUp = 0x01;     // kPowerControl
+constexpr std::uint8_t kInputClockKept = 0x03; // kInputClock
 constexpr std::uint8_t kAllResets = 0x03;      // kSoftwareReset
-
-void SetBits(std::uint8_t page, std::uint8_t reg, std::uint8_t bits, bool on) {
-    const unsigned old = HDTX_RegRead(page, reg);
-    HDTX_RegWrite(page, reg, static_cast<std::uint8_t>(on ? old | bits : old & ~unsigned{bits}));
-}
 
 } // namespace
 
@@ -60,7 +58,7 @@ void HDMITXTotalPowerDownEnable(std::uint8_t enable) {
 
 void SetIClk(std::uint8_t value) {
     HDTX_RegWrite(HDTX_SLV0, kInputClock,
-                  static_cast<std::uint8_t>((HDTX_RegRead(HDTX_SLV0, kInputClock) & 0x03) | value));
+                  static_cast<std::uint8_t>((HDTX_RegRead(HDTX_SLV0, kInputClock) & kInputClockKept) | value));
 }
 
 void SetInputClockEdge() { SetBits(HDTX_SLV0, kSystemControl, kInputClockEdge, DefaultICLKEDGE != 0); }

@@ -1,0 +1,33 @@
+#include "hdmitx/vmtables.h"
+
+namespace {
+
+// The row for each output format of the video processor that the transmitter has a timing for.
+constexpr std::array<std::uint8_t, 18> kRowOfFormat{
+    4,  // 720x480i60
+    15, // 720x576i50
+    1,  // 720x480p60
+    12, // 720x576p50
+    2,  // 1280x720p60
+    13, // 1280x720p50
+    3,  // 1920x1080i60
+    14, // 1920x1080i50
+    11, // 1920x1080p60
+    24, // 1920x1080p50
+    34, // 640x480p60
+    37, // 640x480p75
+    43, // 800x600p60
+    45, // 800x600p75
+    51, // 1024x768p60
+    53, // 1024x768p75
+    58, // 1280x1024p60
+    60, // 1280x1024p75
+};
+
+constexpr std::uint8_t kNoTiming = 78;
+
+} // namespace
+
+std::uint8_t KovaFrmt2VMIndex(std::uint8_t frmt) { return frmt < kRowOfFormat.size() ? kRowOfFormat[frmt] : kNoTiming; }
+
+std::uint16_t GetPixelClock(std::uint8_t row) { return VModeTables[row < VModeTables.size() ? row : kNoTiming].PixClk; }
