@@ -42,7 +42,10 @@ std::uint8_t ReadLength(std::uint8_t offset, std::uint8_t* length, std::uint16_t
 } // namespace
 
 std::uint8_t GetCEA861BBlockTag(std::uint16_t* crc, std::uint8_t* offset) {
-    return ReadAndFeedEDID(*offset, std::span(offset, 1), crc);
+    std::uint8_t header = 0;
+    const std::uint8_t result = ReadAndFeedEDID(*offset, std::span(&header, 1), crc);
+    *offset = header;
+    return result;
 }
 
 std::uint8_t ParsingVideoDATABlock(std::uint16_t* crc, std::uint8_t offset) {

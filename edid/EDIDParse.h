@@ -25,12 +25,11 @@ extern std::uint8_t EdidVFmtsCount;
 
 // ---- Reading ----
 
+// Buffers start at zero: a transfer that times out may report success and leave its buffer as it was. Then two parses
+// say the same, and no byte of an earlier read is taken for a new one.
+
 /// Reads bytes of the current segment without feeding them to the check value. An address beyond the segment wraps.
 inline std::uint8_t ReadEDID(unsigned address, std::span<std::uint8_t> bytes) {
-    // A transfer that times out may report success and leave the buffer as it was. Cleared, it says the same twice.
-    for (std::uint8_t& byte : bytes) {
-        byte = 0;
-    }
     return BlockReadEDID(static_cast<std::uint8_t>(bytes.size()), static_cast<std::uint8_t>(address), bytes.data());
 }
 

@@ -128,7 +128,7 @@ protected:
 #define LINE " \n\r[Read EDID] "
 
 TEST_F(Edid, ADviMonitorIsReportedByItsTimings) {
-    const edid::Timing timing{1281, 370, 719, 30, 111, 600, 37, 50, 530, 300, 1, 2, 0xE0};
+    const edid::Timing timing{1281, 370, 719, 30, 111, 300, 37, 50, 530, 300, 1, 2, 0xE0};
     const Bytes edid = Base{.established = {0xA1, 0x11, 0xFF},
                             .standard = {0x81, 0xC0, 1, 1, 0x01, 0x40, 0xFF, 0xBF, 1, 2, 1, 1, 1, 1, 1, 1},
                             .descriptors = Join({edid::NoTiming(), Detailed(timing)})}.Build();
@@ -151,7 +151,7 @@ TEST_F(Edid, ADviMonitorIsReportedByItsTimings) {
               " \r\n[Read EDID] Detailed Timing: "
               " \r\n[Read EDID] Descriptor 0:\n \r\n[Read EDID] Descriptor 1:\n"
               LINE "H Active 1281,  H Blank 370   V Active 719   V Blank 30 "
-              LINE "H Sync Offset 111,  H Sync Pulse W 600  V Sync Offset 37  V Sync Pulse W 50"
+              LINE "H Sync Offset 111,  H Sync Pulse W 300  V Sync Offset 37  V Sync Pulse W 50"
               LINE "H Image Size 530,  V Image Size 300  H Border 1  V Border 2"
               LINE "Interlaced" LINE "Table 3.17 for defenition  Analog"
               LINE "GetDVINativeVIC() : 4");
@@ -161,7 +161,7 @@ TEST_F(Edid, ADviMonitorIsReportedByItsTimings) {
 TEST_F(Edid, AnHdmiMonitorBehindABlockMapIsReportedByItsCeaBlock) {
     const Bytes edid = Join(
         {Base{.extensions = 3}.Build(), edid::BlockMap(),
-         Cea(0xEA, Join({edid::Video({1, 2, 0x83, 4, 5, 6, 7, 8, 9, 10, 0x8B, 12}),
+         Cea(0xEA, Join({edid::Video({1, 2, 0x83, 4, 5, 0x86, 7, 8, 9, 10, 11, 12}),
                          edid::Audio({0x0F, 0x07, 0x05, 0x17, 0x48, 0x50, 0x40, 0x37, 0x01, 0x78, 0x00, 0x00}),
                          edid::DataBlock(7, {5, 1}), edid::Speakers(0xFE), edid::Hdmi()}),
              Detailed(edid::k720p60)),
@@ -176,9 +176,9 @@ TEST_F(Edid, AnHdmiMonitorBehindABlockMapIsReportedByItsCeaBlock) {
               " \n\r          Underscan \n\r          Basic audio \n\r          YCbCr 4:4:4 and RGB"
               LINE "Native formats in detail descriptors 10" " \n\r         Set OutVideoMode to YUV444_8"
               LINE "[ParsingShortTimeDescriptorBlock()]"
-              " \n\r            VIC 1  VIC 2  VIC 3 (Native VIC)  VIC 4  VIC 5  VIC 6  VIC 7  VIC 8"
+              " \n\r            VIC 1  VIC 2  VIC 3 (Native VIC)  VIC 4  VIC 5  VIC 6 (Native VIC)  VIC 7  VIC 8"
               LINE "[ParsingShortTimeDescriptorBlock()]"
-              " \n\r            VIC 9  VIC 10  VIC 11 (Native VIC)  VIC 12"
+              " \n\r            VIC 9  VIC 10  VIC 11  VIC 12"
               LINE "Audio Format Code 1 :  Liniar PCM" LINE "Max N of channels 8" LINE "Fs:   32   44   48  KHz"
               " \r\n[Read EDID] Supported length:  16  24  bits"
               LINE "Audio Format Code 2 :  AC-3" LINE "Max N of channels 8" LINE "Fs:   88   192  KHz"
@@ -193,7 +193,9 @@ TEST_F(Edid, AnHdmiMonitorBehindABlockMapIsReportedByItsCeaBlock) {
               LINE "H Image Size 530,  V Image Size 300  H Border 0  V Border 0"
               LINE "Non-interlaced" LINE "Normal Display:  Digital" + Dump(bytes.subspan(384)));
     EXPECT_EQ(gbMonCap, 0xEA);
-    EXPECT_EQ(gbNativeVICtemp, 11);
+    EXPECT_EQ(gbNativeVICtemp, 6);
+    EXPECT_EQ(EdidVFmts, (std::array<std::uint8_t, 30>{9, 10, 11, 12}));
+    EXPECT_EQ(CEAOnFisrtPage, 0);
     EXPECT_TRUE(JournalWith("hdmi1 w ee").ends_with("hdmi1 w ee 01\nhdmi1 w ee 00\n"));
 
     std::array<std::uint8_t, 8> formats{};
@@ -202,11 +204,11 @@ TEST_F(Edid, AnHdmiMonitorBehindABlockMapIsReportedByItsCeaBlock) {
     gbNativeVIC = 0x90;
     const std::string said = Capture([&] { LoadSupportHDMIVideoOut(formats.data(), &count); }).err
                              + Capture([&] { native = GetEDIDNativeVIC(); }).err;
-    EXPECT_EQ(HideLineNumbers(said), "\n[EDID.cpp(LoadSupportHDMIVideoOut):N] EdidVFmtsCount = 4 \n"
+    EXPECT_EQ(HideLineNumbers(said), "\n[EDID.cpp(LoadSupportHDMIVideoOut):N] EdidVFmtsCount = 8 \n"
                                      LINE "GetEDIDNativeVIC() : 16");
     EXPECT_EQ(native, 0x10);
-    EXPECT_EQ(count, 4);
-    EXPECT_EQ(formats, (std::array<std::uint8_t, 8>{9, 10, 0x8B, 12}));
+    EXPECT_EQ(count, 8);
+    EXPECT_EQ(formats, (std::array<std::uint8_t, 8>{9, 10, 11, 12}));
     GetNativeVIC(&native);
     EXPECT_EQ(native, 0x90);
     EXPECT_TRUE(ReturnCECPhyAddr(&address) == 1 && address == 0x2143);
@@ -223,7 +225,9 @@ TEST_F(Edid, EveryReadIsFedButTwo) {
               {0, 144, 1}, {0, 145, 1},              // speakers
               {0, 148, 1},
               {0, 130, 1}, {0, 154, 2}, {0, 156, 6}, {0, 162, 4}, {0, 166, 6}, {0, 172, 2}};
+    CEAOnFisrtPage = 1; // left by a parse that failed
     const Parsed parsed = Parse(sim::kBuiltInEdid);
+    EXPECT_TRUE(Writes().ends_with("hdmi1 w f3 02\nhdmi1 w ee 00\n"));
     EXPECT_EQ(parsed.reads, expected);
     EXPECT_EQ(parsed.record.CRC16, Crc(sim::kBuiltInEdid, expected));
     // Every byte counts.
@@ -267,6 +271,8 @@ TEST_F(Edid, WhatKindOfMonitorItIs) {
              Case{"block 1 missing",      one,                                           10, 0, 1, kUntouched, 35},
              Case{"one, HDMI",            Join({one, hdmi}),                             0,  2, 1, SEP422_8,   44},
              Case{"one, HDMI, RGB only",  Join({one, Cea(0x4F, edid::Hdmi())}),           0,  2, 1, RGB444_8,   44},
+             Case{"no video formats",     Join({one, Cea(0, Join({edid::Video({}), edid::Hdmi()}))}), 0, 2, 1, RGB444_8, 48},
+             Case{"a group of formats",   Join({one, Cea(0, Join({edid::Video(Bytes(8)), edid::Hdmi()}))}), 0, 2, 1, RGB444_8, 48},
              Case{"one, not HDMI",        Join({one, plain}),                            13, 0, 1, RGB444_8,   46},
              Case{"one, other OUI",       Join({one, Cea(0, edid::DataBlock(3, {3, 12, 1}))}), 13, 0, 1, RGB444_8, 46},
              Case{"one, not a CEA block", Join({one, other}),                            13, 0, 1, RGB444_8,   45},
@@ -286,13 +292,15 @@ TEST_F(Edid, WhatKindOfMonitorItIs) {
          }) {
         // clang-format on
         SCOPED_TRACE(c.what);
-        gbExtensionBlockExist = OutVideoMode = kUntouched;
+        gbExtensionBlockExist = OutVideoMode = gbNativeVIC = gbNativeVICtemp = kUntouched;
         const Parsed parsed = Parse(c.edid);
         EXPECT_EQ(parsed.transfer, 0);
         EXPECT_EQ(parsed.record.ErrCode, c.err);
         EXPECT_EQ(parsed.record.OutMode, c.mode);
         EXPECT_EQ(gbExtensionBlockExist, c.extension);
         EXPECT_EQ(OutVideoMode, c.colours);
+        EXPECT_EQ(gbNativeVICtemp, c.mode == 2 ? 0 : kUntouched);
+        EXPECT_EQ(gbNativeVIC == 0, c.mode == 2);
         EXPECT_EQ(parsed.reads.size(), c.reads);
         EXPECT_EQ(sim::TxRegister(sim::Page::Hdmi1, 0xEE), 0);
         EXPECT_EQ(Parse(c.edid).record.CRC16, parsed.record.CRC16);
@@ -323,6 +331,16 @@ TEST_F(Edid, TheOffsetOfTheTimingsIsData) {
     parsed = Parse(monitor(6, edid::Hdmi()));
     EXPECT_EQ(parsed.reads.size(), 35 + 13);
     EXPECT_EQ(parsed.reads.back(), (Read{0, 128 + 6 + 18, 2}));
+
+    // Without data blocks the collection is not read. Below 4, the first one is.
+    const std::array<std::size_t, 6> kReads{1, 4, 4, 4, 1, 4};
+    for (std::uint8_t end = 0; end < kReads.size(); ++end) {
+        Parse(monitor(end, edid::Video({1})));
+        reads.clear();
+        std::uint16_t crc = 0;
+        Quietly([&] { ParsingCEADataBlockCollection(&crc); });
+        EXPECT_EQ(reads.size(), kReads[end]) << +end;
+    }
 
     // Timings to the end of the block and beyond: the first that begins above 108 is the last.
     Bytes timings;
@@ -366,7 +384,10 @@ TEST_F(Edid, AFailureEndsTheParse) {
             if (goesOn) {
                 EXPECT_EQ(parsed.record.ErrCode, e->err);
                 EXPECT_EQ(parsed.record.OutMode, e->mode);
-            } else if (edid == &dvi && k > 19) {
+            } else if (edid == &dvi) { // where every read is fed, but for the one that failed
+                EXPECT_EQ(parsed.record.CRC16, Crc(dvi, Reads(parsed.reads.begin(), parsed.reads.end() - 1)));
+            }
+            if (edid == &dvi && k > 19) {
                 EXPECT_TRUE(parsed.report.ends_with(LINE "GetDVINativeVIC() : 24"));
             } else if (k >= 2 && k <= 17) {
                 EXPECT_TRUE(parsed.report.ends_with(" \n\r"));
@@ -375,6 +396,15 @@ TEST_F(Edid, AFailureEndsTheParse) {
             }
         }
     }
+}
+
+TEST_F(Edid, ATimedOutReadGivesZeros) {
+    atTransfer = [](std::uint32_t number) { sim::SetDdcBusy(number == 19 ? 1000 : 0); };
+    EXPECT_EQ(Parse(sim::kBuiltInEdid).record.ErrCode, EDID_ERR_NO_EXTENSION);
+    atTransfer = [](std::uint32_t /*number*/) { sim::SetDdcBusy(1000); };
+    const Parsed parsed = Parse(sim::kBuiltInEdid);
+    EXPECT_EQ(parsed.transfer, 0);
+    EXPECT_EQ(parsed.report, "DecodeHeader[N](0)(0)(0)(0)(0)(0)(0)(0)\n");
 }
 
 TEST(EdidTimings, TheVideoProcessorsFormatsAreRecognised) {
