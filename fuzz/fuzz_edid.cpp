@@ -1,0 +1,89 @@
+// A hostile monitor on a hostile channel: whatever it sends, a parse ends within its bound of DDC transfers and leaves
+// segment 0 selected. Build with clang and -DKOVA_FUZZ=ON, run as fuzz-edid -close_fd_mask=3.
+//
+// Input: flags, transfer from which on errors occur (0: never), their bits, stride of the bytes that change between
+// reads (0: none), then the EDID.
+
+#include "app/device.h"
+#include "edid/EDIDParse.h"
+#include "hdmitx/hdmitx_i2c.h"
+#include "sim/sim.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+enum Flag : std::uint8_t {
+    kAsItIs = 0x01,     // header and checksums are not put right
+    kErrorOnce = 0x02,  // only one transfer fails
+    kNeverReady = 0x04, // the errors are time-outs
+};
+
+std::vector<std::uint8_t> edid;
+std::uint8_t flags, errorFrom, errorBits, stride;
+std::uint32_t transfers;
+
+void PutRight() {
+    constexpr std::array<std::uint8_t, 8> kHeader{0, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0};
+    for (std::size_t i = 0; i < kHeader.size() && i < edid.size(); ++i) {
+        edid[i] = kHeader[i];
+    }
+    for (std::size_t block = 0; block + 128 <= edid.size(); block += 128) {
+        std::uint8_t sum = 0;
+        for (std::size_t i = 0; i < 127; ++i) {
+            sum = static_cast<std::uint8_t>(sum + edid[block + i]);
+        }
+        edid[block + 127] = static_cast<std::uint8_t>(-sum);
+    }
+}
+
+void AtTransfer(std::uint32_t number) {
+    transfers = number;
+    const bool fails = errorFrom != 0 && ((flags & kErrorOnce) != 0 ? number == errorFrom : number >= errorFrom);
+    sim::SetDdcError(fails ? errorBits & 0x68 : 0);
+    sim::SetDdcBusy(fails && (flags & kNeverReady) != 0 ? 1000 : 0);
+    if (stride != 0 && !edid.empty()) {
+        edid[std::size_t{number} * stride % edid.size()] ^= static_cast<std::uint8_t>(number);
+    }
+}
+
+void Require(bool condition, const char* what) {
+    if (!condition) {
+        std::fprintf(stderr, "\nbroken: %s, after %u transfers\n", what, static_cast<unsigned>(transfers));
+        std::abort();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size < 4) {
+        return 0;
+    }
+    flags = data[0];
+    errorFrom = data[1];
+    errorBits = data[2];
+    stride = data[3];
+    edid.assign(data + 4, data + size);
+    if ((flags & kAsItIs) == 0) {
+        PutRight();
+    }
+    transfers = 0;
+    sim::Reset();
+    open_kova();
+    sim::Plug(edid);
+    sim::SetDdcHook(AtTransfer);
+    EDIDParseResult result{};
+    const std::uint8_t transfer = ParseEDID(&result);
+    close_kova();
+
+    Require(transfers <= kMostEDIDReads, "the bound of transfers");
+    Require(sim::TxRegister(sim::Page::Hdmi1, 0xEE) == 0, "segment 0 at the end");
+    Require(transfer == 0 || (transfer >= 3 && transfer <= 5), "the transfer result");
+    Require(result.ErrCode == 0 || (result.ErrCode >= EDID_ERR_HEADER && result.ErrCode <= EDID_ERR_BLOCK_MAP),
+            "the error code");
+    Require(EdidVFmtsCount <= 8, "the size of a group");
+    return 0;
+}
