@@ -1,5 +1,6 @@
 #include "app/shell.h"
 
+#include "app/control_loop.h"
 #include "hdmitx/hdmitx.h"
 #include "kova/api.h"
 
@@ -166,7 +167,24 @@ bool RunRegisterCommand(RegisterLine& line) {
 
 // ---- Line commands ----
 
-void Quit() { std::puts("Program Terminated.. "); }
+void StartLoop() {
+    if (ControlLoop_OnOff != 0) {
+        std::puts("Already... ControlLoopStart() ");
+        return;
+    }
+    std::puts("ControlLoopStart() ");
+    ControlLoopStart();
+}
+
+void StopLoop() {
+    std::puts("ControlLoopStop() ");
+    ControlLoop_OnOff = 0;
+}
+
+void Quit() {
+    std::puts("Program Terminated.. ");
+    ControlLoop_OnOff = 0;
+}
 
 struct LineCommand {
     const char* word;
@@ -174,7 +192,9 @@ struct LineCommand {
 };
 
 // In the order in which a line's first word is compared.
-constexpr std::array<LineCommand, 1> kLineCommands{{
+constexpr std::array<LineCommand, 3> kLineCommands{{
+    {"clstart", StartLoop},
+    {"p", StopLoop},
     {"q", Quit},
 }};
 

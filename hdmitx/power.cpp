@@ -1,18 +1,13 @@
 #include "hdmitx/hdmitx.h"
 
 #include "hdmitx/bits.h"
-
-std::uint8_t DefaultDVImode = 0;
-std::uint8_t DefaultICLKEDGE = 0;
-std::uint8_t DefaultICLKValue = 0;
-std::uint8_t DefaultMCLKIndex = 0;
+#include "hdmitx/registers.h"
 
 namespace {
 
 // Page 0
 constexpr std::uint8_t kSoftwareReset = 0x05;
 constexpr std::uint8_t kSystemControl = 0x08;
-constexpr std::uint8_t kInputClock = 0x48;
 // Page 1
 constexpr std::uint8_t kMasterClock = 0x02;
 constexpr std::uint8_t kHdmiControl = 0x2F;

@@ -30,4 +30,6 @@ constexpr std::uint8_t kNoTiming = 78;
 
 std::uint8_t KovaFrmt2VMIndex(std::uint8_t frmt) { return frmt < kRowOfFormat.size() ? kRowOfFormat[frmt] : kNoTiming; }
 
-std::uint16_t GetPixelClock(std::uint8_t row) { return VModeTables[row < VModeTables.size() ? row : kNoTiming].PixClk; }
+const VModeRow& VModeRowAt(std::uint8_t row) { return VModeTables[row < VModeTables.size() ? row : kNoTiming]; }
+
+std::uint16_t GetPixelClock(std::uint8_t row) { return VModeRowAt(row).PixClk; }

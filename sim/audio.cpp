@@ -18,7 +18,8 @@ struct Audio {
     std::uint32_t hertz, jitter;
     std::uint32_t cts; // as latched with the read of its low byte
     bool late;         // the jitter's side
-    bool fixed;        // cts stays as it is
+    std::span<const std::uint32_t> played;
+    std::size_t next; // of them
 } audio;
 
 std::uint64_t PixelClock() {
@@ -29,6 +30,9 @@ std::uint64_t PixelClock() {
 
 // The sample rate is pixel clock x N / (128 x CTS).
 std::uint32_t MeasureCts() {
+    if (!audio.played.empty()) {
+        return audio.played[audio.next++ % audio.played.size()];
+    }
     if (audio.hertz == 0) {
         return 0;
     }
@@ -54,16 +58,16 @@ void SetAudio(std::uint32_t hertz, std::uint32_t jitter) {
     }
 }
 
-void FixCts(std::uint32_t cts) {
-    audio.cts = cts;
-    audio.fixed = true;
+void PlayCts(std::span<const std::uint32_t> measurements) {
+    audio.played = measurements;
+    audio.next = 0;
 }
 
 bool ReadAudio(std::uint8_t reg, std::uint8_t& value) {
     if (reg < kCts || reg > kCts + 2) {
         return false;
     }
-    if (reg == kCts && !audio.fixed) {
+    if (reg == kCts) {
         audio.cts = MeasureCts();
     }
     value = static_cast<std::uint8_t>(audio.cts >> (8 * (reg - kCts)) & 0xFF);

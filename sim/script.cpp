@@ -98,8 +98,11 @@ const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMo
     }
     if (Is(name, "audio")) {
         event.action = [](const Event& e) { SetAudio(e.number, e.jitter); };
+        if (words.count == 3 && Is(argument, "off")) {
+            return nullptr;
+        }
         const bool jitterGood = words.count == 3 || (words.count == 4 && ParseCount(words.word[3], event.jitter));
-        return jitterGood && ParseCount(argument, event.number) ? nullptr : "audio HERTZ [JITTER]";
+        return jitterGood && ParseCount(argument, event.number) ? nullptr : "audio off|HERTZ [JITTER]";
     }
     if (Is(name, "fail")) {
         constexpr const char* kUsage = "fail COUNT, fail every N or fail none";
@@ -117,7 +120,7 @@ const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMo
         event.action = [](const Event& e) { FailRequests(1, e.number); };
         return words.count == 3 && ParseCount(argument, event.number) ? nullptr : kUsage;
     }
-    return "plug [FILE], unplug, receiver on|off, audio HERTZ [JITTER], fail COUNT, fail every N or fail none";
+    return "plug [FILE], unplug, receiver on|off, audio off|HERTZ [JITTER], fail COUNT, fail every N or fail none";
 }
 
 Words Split(char* line) {

@@ -41,8 +41,8 @@ void SetReceiver(bool on);
 /// Audio of this rate in Hz arrives, 0: none; a change of the rate raises the audio input interrupts. The transmitter's
 /// CTS follows it, N and the video processor's pixel clock, and alternates by jitter.
 void SetAudio(std::uint32_t hertz, std::uint32_t jitter = 0);
-/// From now on the CTS is this, whatever arrives.
-void FixCts(std::uint32_t cts);
+/// From now on these are the measurements of the CTS, one after the other and again, whatever arrives. Borrowed.
+void PlayCts(std::span<const std::uint32_t> measurements);
 
 // ---- Faults ----
 

@@ -1,12 +1,12 @@
 #!/bin/sh
 # Runs one console session and compares everything that it shows with the recorded one.
 #
-# usage: run-session.sh NAME CONSOLE [EMULATOR...]
+# usage: run-session.sh NAME PROGRAM [EMULATOR...]     PROGRAM: the console, or an example
 #
 # The simulated board lies beside the console. In sessions/:
 # NAME.in    what the person types; a line "@wait TEXT" waits until the console has shown TEXT
 # NAME.out   standard output and standard error as they come, then the exit status
-# NAME.env   optional: variables, a line each; "NO_BOARD=1" leaves the simulated board out
+# NAME.env   optional: variables, a line each; "NO_BOARD=1" leaves the simulated board out, ARGUMENTS go to the program
 # NAME.keep  optional: extended regular expression of the lines to compare, for what does not come at fixed places
 #
 # UPDATE_SESSIONS=1 records instead of comparing.
@@ -15,7 +15,7 @@ name=$1 console=$2
 shift 2
 cd "$(dirname "$0")/sessions" || exit 1
 
-unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT NO_BOARD
+unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT NO_BOARD ARGUMENTS
 [ -f "$name.env" ] && set -a && . "./$name.env" && set +a
 
 folder=$(mktemp -d) || exit 1
@@ -32,6 +32,7 @@ type_lines() {
                 sleep 0.1
                 tries=$((tries - 1))
             done
+            [ $tries -gt 0 ] || printf '@wait timed out\n'
             ;;
         *) printf '%s\n' "$line" ;;
         esac
@@ -49,18 +50,19 @@ fi
 # only the emulated program may get it.
 preload='LD_PRELOAD=$ORIGIN/libkova-sim.so'
 if [ -n "${NO_BOARD:-}" ]; then
-    "$@" "$console" <"$input" >"$shown" 2>&1
+    "$@" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
 elif [ $# -gt 0 ]; then
-    "$@" -E "$preload" "$console" <"$input" >"$shown" 2>&1
+    "$@" -E "$preload" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
 else
-    env "$preload" "$console" <"$input" >"$shown" 2>&1
+    env "$preload" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
 fi
 echo "[exit status $?]" >>"$shown"
 
 actual=$shown
 if [ -f "$name.keep" ]; then
     actual=$folder/kept
-    grep -aE "$(cat "$name.keep")|^\[exit status" "$shown" >"$actual"
+    # The prompt comes from the other thread than what follows it.
+    sed 's/Please Input Command : //' "$shown" | grep -aE "$(cat "$name.keep")|^\[exit status" >"$actual"
 fi
 if [ -n "${UPDATE_SESSIONS:-}" ]; then
     cp "$actual" "$name.out"

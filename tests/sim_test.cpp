@@ -173,11 +173,12 @@ TEST_F(SimSetUp, ABadLineIsNamed) {
              {"5 unplug\n4 plug", "2: earlier than the line before it\n"},
              {"0 unplug now", "1: expected: SECONDS unplug\n"},
              {"0 receiver maybe", "1: expected: SECONDS receiver on|off\n"},
-             {"0 audio", "1: expected: SECONDS audio HERTZ [JITTER]\n"},
+             {"0 audio", "1: expected: SECONDS audio off|HERTZ [JITTER]\n"},
              {"0 fail -1", std::string("1: expected: SECONDS ") + kFail},
              {"0 fail every 0", std::string("1: expected: SECONDS ") + kFail},
              {"0 explode",
-              std::string("1: expected: SECONDS plug [FILE], unplug, receiver on|off, audio HERTZ [JITTER], ") + kFail},
+              std::string("1: expected: SECONDS plug [FILE], unplug, receiver on|off, audio off|HERTZ [JITTER], ")
+                  + kFail},
          }) {
         EXPECT_EQ(With(text), "kova-sim: script:" + said);
     }

@@ -1,0 +1,186 @@
+// InfoFrames (CEA-861) and the general control packet: what the sink is told about the stream.
+
+#include "hdmitx/hdmitx.h"
+
+#include "hdmitx/bits.h"
+#include "kova/api.h"
+
+#include <cstdio>
+#include <span>
+
+std::array<std::uint8_t, 13> DefaultAVIInfoFrame{0x41, 0xA8, 0x03, 0x04};
+std::array<std::uint8_t, 10> DefaultAUDInfoFrame{};
+std::uint8_t RequireConfigInfoFrame = 0;
+
+namespace {
+
+// Page 1
+constexpr std::uint8_t kInfCtrl1 = 0x3E; // two bits a packet type, both set: the packet is sent again and again
+constexpr std::uint8_t kInfCtrl2 = 0x3F;
+constexpr std::uint8_t kAviPacket = 0x40;
+constexpr std::uint8_t kAudioPacket = 0x80;
+constexpr std::uint8_t kGeneralControl = 0xDF;
+
+// Bits of kInfCtrl1 and kInfCtrl2
+constexpr std::uint8_t kSendAvi = 0x03, kSendSpd = 0x0C, kSendAudio = 0x30, kSendMpeg = 0xC0;
+constexpr std::uint8_t kSendGeneric = 0x03;
+constexpr std::uint8_t kGeneralControlOn = 0x04, kGeneralControlRepeat = 0x08;
+
+constexpr std::uint8_t kSetMute = 0x01, kClearMute = 0x10; // kGeneralControl
+
+// Packet types (CEA-861), and two requests of EnableInfoFrame's own.
+constexpr std::uint8_t kAvi = 0x82, kSpd = 0x83, kAudio = 0x84, kMpeg = 0x85;
+constexpr std::uint8_t kGeneric = 0, kRefresh = 255;
+
+// The header of a packet: type, version, length. The checksum follows it.
+struct Header {
+    std::uint8_t type, version, length;
+};
+
+constexpr Header kAviHeader{kAvi, 2, 13};
+constexpr Header kAudioHeader{kAudio, 1, 10};
+
+void LoadPacket(std::uint8_t reg, const Header& header, std::span<const std::uint8_t> data) {
+    // All bytes of a packet sum up to 0.
+    unsigned sum = unsigned{header.type} + header.version + header.length;
+    for (const std::uint8_t byte : data) {
+        sum += byte;
+    }
+    for (const unsigned byte :
+         {unsigned{header.type}, unsigned{header.version}, unsigned{header.length}, 0x100 - (sum & 0xFF)}) {
+        HDTX_RegWrite(HDTX_SLV1, reg++, static_cast<std::uint8_t>(byte));
+    }
+    for (const std::uint8_t byte : data) {
+        HDTX_RegWrite(HDTX_SLV1, reg++, byte);
+    }
+}
+
+// ---- Data bytes of the AVI InfoFrame ----
+
+// Byte 1, bits 7..5: colour format; bits 1..0: overscanned on a TV timing, underscanned on a PC one.
+std::uint8_t ColourAndScan(std::uint8_t old, std::uint8_t videoMode, std::uint8_t row) {
+    unsigned byte = old & 0x1CU;
+    if (videoMode == SEP422_8) {
+        byte |= 0x20;
+    } else if (videoMode != RGB444_8) {
+        byte |= 0x40;
+    }
+    byte |= IsCeaRow(row) ? 0x01 : 0x02;
+    return static_cast<std::uint8_t>(byte);
+}
+
+// Byte 2: colorimetry, picture aspect, aspect of the active picture within it.
+std::uint8_t AspectAndColorimetry(const VModeRow& timing, std::uint8_t videoMode) {
+    constexpr std::uint8_t kWide = 2;
+    constexpr std::uint16_t kFewestHdLines = 750;
+    constexpr unsigned kBt709 = 0x80, kBt601 = 0x40;
+    constexpr unsigned kWidePicture = 0x20, kNormalPicture = 0x10;
+    constexpr unsigned kAsPicture = 0x08, kNormalCentred = 0x09, kWideCentred = 0x0A;
+
+    const bool widePicture = timing.Aspect == kWide;
+    unsigned byte = widePicture ? kWidePicture : kNormalPicture;
+    if (DefaultActiveAspect == 0) {
+        byte |= widePicture ? kNormalCentred : kAsPicture;
+    } else if (DefaultActiveAspect == kWide) {
+        byte |= widePicture ? kAsPicture : kWideCentred;
+    }
+    if (videoMode != RGB444_8) {
+        byte |= timing.VTotal >= kFewestHdLines ? kBt709 : kBt601;
+    }
+    return static_cast<std::uint8_t>(byte);
+}
+
+std::uint8_t SendBitsOf(std::uint8_t code) {
+    switch (code) {
+    case kAvi:
+        return kSendAvi;
+    case kSpd:
+        return kSendSpd;
+    case kAudio:
+        return kSendAudio;
+    case kMpeg:
+        return kSendMpeg;
+    default:
+        return 0; // rewrites the register as it is
+    }
+}
+
+} // namespace
+
+void SendAVIInfoFrame() {
+    std::fprintf(stderr, " \n\rHDMI TX : SendAVIInfoFrame()");
+    if (RequireConfigInfoFrame == 0) {
+        return;
+    }
+    RequireConfigInfoFrame = 0;
+
+    const std::uint8_t row = KovaFrmt2VMIndex(stOutVideoInfo.frmt);
+    const VModeRow& timing = VModeTables[row];
+    auto& frame = DefaultAVIInfoFrame;
+    frame[0] = ColourAndScan(frame[0], OutVideoMode, row);
+    frame[1] = AspectAndColorimetry(timing, OutVideoMode);
+    std::fprintf(stderr, " \n\rHDMI TX : DefaultAVIInfoFrame[0] = 0x%x", unsigned{frame[0]});
+    std::fprintf(stderr, " \n\rHDMI TX : DefaultAVIInfoFrame[1] = 0x%x", unsigned{frame[1]});
+    frame[3] = timing.Vic;
+    LoadPacket(kAviPacket, kAviHeader, frame);
+}
+
+void SendAUDInfoFrame() {
+    std::fprintf(stderr, " \n\rHDMI TX : SendAUDInfoFrame()");
+    LoadPacket(kAudioPacket, kAudioHeader, DefaultAUDInfoFrame);
+}
+
+std::uint8_t EnableInfoFrame(std::uint8_t code) {
+    const unsigned control1 = HDTX_RegRead(HDTX_SLV1, kInfCtrl1);
+    const unsigned control2 = HDTX_RegRead(HDTX_SLV1, kInfCtrl2);
+    std::fprintf(stderr, " \n\rHDMI TX : EnableInfoFrame(");
+    switch (code) {
+    case kAvi:
+        std::fprintf(stderr, " AVI InfoFram)");
+        break;
+    case kAudio:
+        std::fprintf(stderr, " AUD InfoFram)");
+        break;
+    case kSpd:
+    case kMpeg:
+        break;
+    case kRefresh:
+        HDTX_RegWrite(HDTX_SLV1, kInfCtrl1, static_cast<std::uint8_t>(control1 & 0xEE));
+        break;
+    case kGeneric:
+        HDTX_RegWrite(HDTX_SLV1, kInfCtrl2, static_cast<std::uint8_t>(control2 | kSendGeneric));
+        return 0;
+    default:
+        return 1;
+    }
+    Control_INF_CTRL1(code);
+    return 0;
+}
+
+void Control_INF_CTRL1(std::uint8_t code) {
+    if (IsTXInHDMIMode() == 0) {
+        HDTX_RegWrite(HDTX_SLV1, kInfCtrl1, 0); // a DVI sink receives no data packets
+        return;
+    }
+    SetBits(HDTX_SLV1, kInfCtrl1, SendBitsOf(code), true);
+    std::fprintf(stderr, " --> INF_CTRL1=0x%02X", unsigned{HDTX_RegRead(HDTX_SLV1, kInfCtrl1)});
+}
+
+void DisableInfoFrame() {
+    std::fprintf(stderr, " \n\rHDMI TX : DisableInfoFrame() ");
+    SetBits(HDTX_SLV1, kInfCtrl1, kSendAvi | kSendAudio, false);
+}
+
+void SendCP_Packet(std::uint8_t mute) {
+    constexpr int kMostReads = 64;
+    const unsigned control2 = HDTX_RegRead(HDTX_SLV1, kInfCtrl2);
+    HDTX_RegWrite(HDTX_SLV1, kInfCtrl2, static_cast<std::uint8_t>(control2 & ~unsigned{kGeneralControlOn}));
+    HDTX_RegWrite(HDTX_SLV1, kGeneralControl, mute != 0 ? kSetMute : kClearMute);
+    for (int i = 0; i < kMostReads; ++i) {
+        if (!AnyBit(HDTX_SLV1, kInfCtrl2, kGeneralControlOn)) {
+            HDTX_RegWrite(HDTX_SLV1, kInfCtrl2,
+                          static_cast<std::uint8_t>(control2 | kGeneralControlOn | kGeneralControlRepeat));
+            return;
+        }
+    }
+}

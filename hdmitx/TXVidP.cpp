@@ -1,0 +1,92 @@
+// The transmitter's video input stage: what happens to the video processor's data before it is sent.
+
+#include "hdmitx/hdmitx.h"
+
+#include "hdmitx/bits.h"
+#include "hdmitx/registers.h"
+#include "kova/api.h"
+
+#include <array>
+#include <cstdio>
+
+namespace {
+
+// Page 0
+constexpr std::uint8_t kHdColorimetry = 0x10; // in kInputClock: the conversion works with high-definition coefficients
+constexpr std::uint8_t kVideoMode = 0x4A;
+
+// Bits of kVideoMode
+constexpr std::uint8_t kSyncExtraction = 0x01;
+constexpr std::uint8_t kYcDemux = 0x02;
+constexpr std::uint8_t kNoUpsampling = 0x04;
+constexpr std::uint8_t kColourConversion = 0x08;
+constexpr std::uint8_t kRangeExpansion = 0x10;
+constexpr std::uint8_t kDithering = 0x20;
+
+// Which of these four the port mode sets; the others of the four are cleared.
+constexpr std::uint8_t kPortBits = kSyncExtraction | kYcDemux | kNoUpsampling | kDithering;
+constexpr std::array<std::uint8_t, 8> kBitsOfPortMode{
+    0,                                            // RGB444_8
+    0,                                            // YUV444_8
+    kSyncExtraction | kNoUpsampling,              // EMB422_8
+    kNoUpsampling,                                // SEP422_8
+    kSyncExtraction | kNoUpsampling | kDithering, // EMB422_10
+    kNoUpsampling | kDithering,                   // SEP422_10
+    kSyncExtraction | kYcDemux | kNoUpsampling,   // MUX656_8
+    kSyncExtraction | kNoUpsampling | kDithering, // MUX656_10
+};
+
+struct ReportLine {
+    std::uint8_t bit;
+    const char *set, *clear;
+};
+
+constexpr std::array<ReportLine, 6> kReport{{
+    {kSyncExtraction, "Sync Extraction : Enabled", "Sync Extraction : Disable"},
+    {kYcDemux, "YC Demux : Enabled", "YC Demux : Disable"},
+    {kNoUpsampling, "Upsampling(422->444) : Disabled", "Upsampling(422->444) : Enabled"},
+    {kColourConversion, "CSC(YCbCr->RGB) : Enabled", "CSC(YCbCr->RGB) : Disabled"},
+    {kRangeExpansion, "Data Range Expanded: Enabled(0~255)", "Data Range Expanded: Disabled(16~235)"},
+    {kDithering, "Dithering : Enabled", "Dithering : Disable"},
+}};
+
+constexpr std::uint8_t Replace(std::uint8_t value, std::uint8_t mask, std::uint8_t bits) {
+    return static_cast<std::uint8_t>((value & ~unsigned{mask}) | bits);
+}
+
+// The input stage for the current port mode, output state and output format.
+std::uint8_t VideoModeBits(std::uint8_t value) {
+    if (OutVideoMode < kBitsOfPortMode.size()) {
+        value = Replace(value, kPortBits, kBitsOfPortMode[OutVideoMode]);
+    } else { // no mode of an output: sync extraction and upsampling stay as they are
+        value = Replace(value, kYcDemux | kDithering, 0);
+    }
+    // A DVI sink takes RGB only.
+    if (OutVideoMode == RGB444_8) {
+        value = Replace(value, kColourConversion, 0);
+    } else if (OutputState == OUTPUT_DVI && (OutVideoMode == YUV444_8 || OutVideoMode == SEP422_8)) {
+        value = Replace(value, kColourConversion, kColourConversion);
+    }
+    return Replace(value, kRangeExpansion, IsCeaRow(KovaFrmt2VMIndex(stOutVideoInfo.frmt)) ? 0 : kRangeExpansion);
+}
+
+void Report(std::uint8_t value) {
+    for (const ReportLine& line : kReport) {
+        std::fprintf(stderr, " \n\r          %s", (value & line.bit) != 0 ? line.set : line.clear);
+        if (line.bit == kColourConversion && OutputState == OUTPUT_DVI) {
+            std::fprintf(stderr, " (DVI Output)");
+        }
+    }
+}
+
+} // namespace
+
+void ConfigTXVideoMode() {
+    std::fprintf(stderr, " \n\rHDMI TX : ConfigTXVideoMode():TX_VID_MODE_ADDR");
+    const std::uint8_t value = VideoModeBits(HDTX_RegRead(HDTX_SLV0, kVideoMode));
+    HDTX_RegWrite(HDTX_SLV0, kVideoMode, value);
+    Report(value);
+    if ((value & kColourConversion) != 0) {
+        SetBits(HDTX_SLV0, kInputClock, kHdColorimetry, IsHdSrcFormat(SrcVideoFrmt));
+    }
+}

@@ -1,0 +1,228 @@
+// The timer service and the output state machine. Its clock is the control loop's pass: eight passes make a tick, four
+// ticks go through the phases, thirty-one rounds of phases make the period that the time-out and the audio check count.
+
+#include "hdmitx/hdmitx.h"
+
+#include "edid/edid.h"
+
+#include <cstdio>
+
+std::uint8_t OutputState = OUTPUT_NO_SINK;
+std::uint8_t OldOutputState = OUTPUT_NO_SINK;
+
+namespace {
+
+// Page 0
+constexpr std::uint8_t kSinkStatus = 0x09;
+constexpr std::uint8_t kHotPlug = 0x02, kReceiverSense = 0x04; // in kSinkStatus
+
+constexpr std::uint8_t kPassesPerTick = 8;
+constexpr std::uint8_t kTicksPerPeriod = 31;
+constexpr std::uint8_t kConfirmations = 3;
+constexpr std::uint8_t kPeriodsToParse = 2;
+
+constexpr std::uint8_t kChooseDvi = 5; // for AssignOutputState: any value but EDID_OUTMODE_HDMI
+
+std::uint8_t ConfirmCount = 0; // ticks in a row that saw a sink while there was none
+std::uint8_t TimeOut = 0;      // periods left before an unresolved sink gets DVI
+std::uint8_t auxTime = 0;      // passes since the last tick
+std::uint8_t TimerSrvF = 0;    // a tick is due
+std::uint8_t _8msCounter = 0;  // its phase, 1 to 4
+std::uint8_t msCounter = 0;    // phase-3 ticks of the period
+
+void TimeService_8ms() {
+    if (TimerSrvF == 0 && ++auxTime == kPassesPerTick) {
+        auxTime = 0;
+        ++_8msCounter;
+        TimerSrvF = 1;
+    }
+}
+
+bool OneSecondTime() {
+    if (++msCounter == kTicksPerPeriod) {
+        msCounter = 0;
+        return true;
+    }
+    return false;
+}
+
+void TimeOutHandler() {
+    if (OutputState == OUTPUT_CHECK_EDID) {
+        OutputState = OUTPUT_DVI;
+    }
+}
+
+// ---- Phase 1: polling, printing, EDID ----
+
+void ReplaceOutputState(std::uint8_t from, std::uint8_t to) {
+    if (OutputState == from) {
+        OutputState = to;
+    }
+}
+
+void OutputProcessing() {
+    const std::uint8_t sink = HDTX_RegRead(HDTX_SLV0, kSinkStatus);
+    if ((sink & kHotPlug) == 0) {
+        OutputState = OUTPUT_NO_SINK;
+        HDMITXTMDSPowerDown(1);
+        ConfirmCount = 0;
+        return;
+    }
+    if (OutputState == OUTPUT_NO_SINK) {
+        if (ConfirmCount == kConfirmations) {
+            OutputState = OUTPUT_CHECK_EDID;
+            TimeOut = kPeriodsToParse;
+        } else {
+            ++ConfirmCount;
+        }
+    }
+    if ((sink & kReceiverSense) != 0) {
+        ReplaceOutputState(OUTPUT_HDMI_NO_POWER, OUTPUT_HDMI);
+        ReplaceOutputState(OUTPUT_DVI_NO_POWER, OUTPUT_DVI);
+        HDMITXTMDSPowerDown(0);
+    } else {
+        ReplaceOutputState(OUTPUT_HDMI, OUTPUT_HDMI_NO_POWER);
+        ReplaceOutputState(OUTPUT_DVI, OUTPUT_DVI_NO_POWER);
+    }
+}
+
+const char* StateText(std::uint8_t state) {
+    switch (state) {
+    case OUTPUT_CHECK_EDID:
+        return " chk EDID\n";
+    case OUTPUT_HDMI:
+        return " HDMI Out\n";
+    case OUTPUT_DVI:
+        return " DVI Out\n";
+    case OUTPUT_HDMI_NO_POWER:
+        return " HDMI Out, RX has no power\n";
+    case OUTPUT_DVI_NO_POWER:
+        return " DVI Out, RX has no power\n";
+    default:
+        return "";
+    }
+}
+
+void printOutputStatus() {
+    if (OutputState == OUTPUT_NO_SINK) {
+        std::fprintf(stderr, " \n\rHDMI Tx : Cbl unplug\n");
+    } else {
+        std::fprintf(stderr, " \n\rHDMI Tx : Cbl In,");
+        std::fputs(StateText(OutputState), stderr);
+    }
+}
+
+void RS232printOutputStatus() {
+    if (OldOutputState != OutputState) {
+        OldOutputState = OutputState;
+        printOutputStatus();
+    }
+}
+
+void AssignOutputState(std::uint8_t mode) {
+    const bool hdmi = mode == EDID_OUTMODE_HDMI;
+    if ((HDTX_RegRead(HDTX_SLV0, kSinkStatus) & kReceiverSense) == 0) {
+        OutputState = hdmi ? OUTPUT_HDMI_NO_POWER : OUTPUT_DVI_NO_POWER;
+        return;
+    }
+    if (hdmi) {
+        OutputState = OUTPUT_HDMI;
+        RequireConfigInfoFrame = 1;
+        SendAVIInfoFrame();
+        SendAUDInfoFrame();
+        EnableInfoFrame(INFOFRAME_AVI);
+        EnableInfoFrame(INFOFRAME_AUDIO);
+    } else {
+        OutputState = OUTPUT_DVI;
+    }
+    HDMITXTMDSPowerDown(0);
+}
+
+void GiveUpSink() {
+    OutputState = OUTPUT_NO_SINK;
+    HDMITXTMDSPowerDown(1);
+}
+
+// The EDID is read twice: a channel that garbles a byte without noticing shows in the CRC.
+void EDIDProcessing() {
+    EDIDParseResult result{};
+    if (ParseEDID(&result) != 0) {
+        GiveUpSink();
+        return;
+    }
+    const std::uint16_t firstCrc = result.CRC16;
+    if (ParseEDID(&result) != 0) {
+        return; // the step runs again while the time-out counts
+    }
+    if (result.CRC16 != firstCrc) {
+        std::fprintf(stderr, " \n\rCRC16 error, try again!\n");
+        GiveUpSink();
+        return;
+    }
+    if (result.ErrCode == 0) {
+        AssignOutputState(result.OutMode);
+    } else if (result.ErrCode >= EDID_ERR_HEADER) {
+        std::fprintf(stderr, " \n\rEDID Error %02i ", int{result.ErrCode});
+        AssignOutputState(kChooseDvi);
+    }
+}
+
+void CheckSink() {
+    OutputProcessing();
+    RS232printOutputStatus();
+    if (OutputState == OUTPUT_CHECK_EDID) {
+        if (IsNeedToForceInDVIMode() != 0) {
+            OutputState = OUTPUT_DVI;
+        } else {
+            std::fprintf(stderr, " \n\rHDMITX : EDIDProcessing()\n");
+            EDIDProcessing();
+        }
+    }
+}
+
+// ---- Phase 3: time-out and audio ----
+
+void AudioOnTimer() {
+    if (IsSPDIFSelected() == 0) {
+        return;
+    }
+    std::fprintf(stderr, " \n\rHDMITX : IsSPDIFSelected");
+    if (IsAudioDisabled() != 0) {
+        SetN();
+    }
+}
+
+void CountPeriod() {
+    if (!OneSecondTime()) {
+        return;
+    }
+    if (TimeOut != 0 && --TimeOut == 0) {
+        TimeOutHandler();
+    }
+    if (IsTXInHDMIMode() != 0) {
+        AudioOnTimer();
+    }
+}
+
+} // namespace
+
+void HDMITxTimerHandler() {
+    TimeService_8ms();
+    if (TimerSrvF == 0) {
+        return;
+    }
+    switch (_8msCounter & 7) {
+    case 1:
+        CheckSink();
+        break;
+    case 3:
+        CountPeriod();
+        break;
+    case 4:
+        _8msCounter = 0;
+        break;
+    default:
+        break;
+    }
+    TimerSrvF = 0;
+}

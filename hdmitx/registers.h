@@ -1,0 +1,15 @@
+#pragma once
+// Registers that more than one part of the transmitter driver works with. The others are named where they are used.
+
+#include <cstdint>
+
+// ---- Page 0 ----
+
+inline constexpr std::uint8_t kInputClock = 0x48;       // bits 7..2: clock setting, bit 4: HD colour conversion
+inline constexpr std::uint8_t kInterruptStatus = 0x71;  // a 1 written to a bit acknowledges it
+inline constexpr std::uint8_t kAudioInputEvents = 0x18; // in kInterruptStatus: bi-phase error, sample dropped
+
+// ---- Page 1 ----
+
+inline constexpr std::uint8_t kAudioInput = 0x14;      // bit 0: on, bit 1: S/PDIF, bits 7..4: I2S inputs
+inline constexpr std::uint8_t kChannelStatusFs = 0x21; // IEC 60958-3 sampling-frequency code
