@@ -334,12 +334,13 @@ TEST_F(Edid, TheOffsetOfTheTimingsIsData) {
 
     // Without data blocks the collection is not read. Below 4, the first one is.
     const std::array<std::size_t, 6> kReads{1, 4, 4, 4, 1, 4};
-    for (std::uint8_t end = 0; end < kReads.size(); ++end) {
-        Parse(monitor(end, edid::Video({1})));
+    for (std::size_t end = 0; end < kReads.size(); ++end) {
+        const Bytes edid = monitor(static_cast<std::uint8_t>(end), edid::Video({1}));
+        Parse(edid);
         reads.clear();
         std::uint16_t crc = 0;
         Quietly([&] { ParsingCEADataBlockCollection(&crc); });
-        EXPECT_EQ(reads.size(), kReads[end]) << +end;
+        EXPECT_EQ(reads.size(), kReads[end]) << end;
     }
 
     // Timings to the end of the block and beyond: the first that begins above 108 is the last.
