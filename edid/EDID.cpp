@@ -14,7 +14,14 @@ namespace {
 
 constexpr std::uint8_t kSegment = 0xEE; // page 0
 
-void SelectSegment(std::uint8_t segment) { HDTX_RegWrite(HDTX_SLV0, kSegment, segment); }
+// Result of a parse that lost its segment: the one of a channel whose registers cannot be read.
+constexpr std::uint8_t kSegmentLost = 3;
+
+// The request record keeps what the chip was told last.
+void SelectSegment(std::uint8_t segment) {
+    HDTX_RegWrite(HDTX_SLV0, kSegment, segment);
+    TmpD.segment = segment;
+}
 
 // A DVI sink: its preferred timing is all there is to know.
 std::uint8_t ParseWithoutExtension(EDIDParseResult* result) {
@@ -89,10 +96,7 @@ std::uint8_t ParseSeveralExtensions(std::uint8_t extensions, EDIDParseResult* re
     return transfer;
 }
 
-} // namespace
-
-std::uint8_t ParseEDID(EDIDParseResult* result) {
-    CEAOnFisrtPage = 0;
+std::uint8_t ParseSink(EDIDParseResult* result) {
     *result = {};
     std::uint8_t transfer = BasicParse(&result->ErrCode, &result->CRC16);
     if (Ends(transfer, result->ErrCode)) {
@@ -113,6 +117,20 @@ std::uint8_t ParseEDID(EDIDParseResult* result) {
         return transfer;
     }
     return extensions == 1 ? ParseOneExtension(result) : ParseSeveralExtensions(extensions, result);
+}
+
+} // namespace
+
+std::uint8_t ParseEDID(EDIDParseResult* result) {
+    CEAOnFisrtPage = 0;
+    const std::uint8_t transfer = ParseSink(result);
+    if (TmpD.segment == 0) {
+        return transfer;
+    }
+    // Somebody else's segment: a failed read of its register shows 0xFF, which the next request then selects. What was read
+    // there is not the base block, and no later parse would find that again.
+    SelectSegment(0);
+    return transfer != 0 ? transfer : kSegmentLost;
 }
 
 std::uint8_t ReturnCECPhyAddr(std::uint16_t* address) {

@@ -36,8 +36,8 @@ extern std::uint8_t gbNativeVICtemp; ///< CEA-861 code of the last video format 
 
 // ---- Parse and accessors ----
 
-/// Reads and parses the sink's EDID: base block, then its CEA-861 extension. Expects segment 0 to be selected, and
-/// leaves it selected (0x72:0xEE).
+/// Reads and parses the sink's EDID: base block, then its CEA-861 extension. Expects segment 0 to be selected, and leaves it
+/// selected (0x72:0xEE); a parse that finds another one selected fails.
 /// @param result  filled in as far as the parse came; valid when 0 is returned
 /// @return 0, or the result of the transfer that failed, see BlockReadEDID
 std::uint8_t ParseEDID(EDIDParseResult* result);

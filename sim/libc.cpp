@@ -3,6 +3,7 @@
 
 #include "sim/board.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
@@ -13,7 +14,7 @@
 namespace {
 
 constexpr int kNone = -1;
-int deviceFd = kNone; // under the board's mutex
+std::atomic<int> deviceFd = kNone;
 
 std::int32_t OpenDevice() {
     const std::scoped_lock lock(sim::boardMutex);
@@ -54,12 +55,10 @@ int open(const char* path, int flags, ...) {
 }
 
 int close(int fd) {
-    {
+    if (fd == deviceFd && fd != kNone) {
         const std::scoped_lock lock(sim::boardMutex);
-        if (fd == deviceFd && fd != kNone) {
-            deviceFd = kNone;
-            sim::Note("close");
-        }
+        deviceFd = kNone;
+        sim::Note("close");
     }
     return static_cast<int>(syscall(SYS_close, fd));
 }
@@ -69,15 +68,13 @@ int ioctl(int fd, unsigned long request, ...) noexcept {
     va_start(more, request);
     void* const argument = va_arg(more, void*);
     va_end(more);
-    {
+    if (fd == deviceFd && fd != kNone) {
         const std::scoped_lock lock(sim::boardMutex);
-        if (fd == deviceFd && fd != kNone) {
-            if (sim::Transfer(request, *static_cast<kova_xfer*>(argument))) {
-                return 0;
-            }
-            errno = EIO;
-            return -1;
+        if (sim::Transfer(request, *static_cast<kova_xfer*>(argument))) {
+            return 0;
         }
+        errno = EIO;
+        return -1;
     }
     return static_cast<int>(syscall(SYS_ioctl, fd, request, argument));
 }

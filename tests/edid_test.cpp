@@ -399,6 +399,30 @@ TEST_F(Edid, AFailureEndsTheParse) {
     }
 }
 
+// A read of the segment register that fails shows another segment, and the request selects it.
+TEST_F(Edid, ALostSegmentIsFoundAgain) {
+    EDIDParseResult result{};
+    const auto parse = [&] {
+        std::uint8_t transfer = 0xFF;
+        Quietly([&] { transfer = ParseEDID(&result); });
+        return transfer;
+    };
+    sim::Plug(sim::kBuiltInEdid);
+    Transfers();
+    EXPECT_EQ(parse(), 0);
+    const std::string journal = Transfers();
+    for (auto n = static_cast<std::uint32_t>(std::count(journal.begin(), journal.end(), '\n')); n > 0; --n) {
+        sim::FailRequests(n, 1);
+        parse();
+        EXPECT_EQ(sim::TxRegister(sim::Page::Hdmi1, 0xEE), 0) << n;
+    }
+    sim::FailRequests(0, 0);
+    sim::TxRegister(sim::Page::Hdmi1, 0xEE) = 1;
+    EXPECT_EQ(parse(), 3);
+    EXPECT_EQ(parse(), 0);
+    EXPECT_EQ(result.OutMode, EDID_OUTMODE_HDMI);
+}
+
 TEST_F(Edid, ATimedOutReadGivesZeros) {
     atTransfer = [](std::uint32_t number) { sim::SetDdcBusy(number == 19 ? 1000 : 0); };
     EXPECT_EQ(Parse(sim::kBuiltInEdid).record.ErrCode, EDID_ERR_NO_EXTENSION);
