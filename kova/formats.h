@@ -120,10 +120,15 @@ struct VideoWindow {
 /// Whether a caller's window is to be used: it has a width and a height.
 constexpr bool IsInUse(const VideoWindow& win) { return win.w != 0 && win.h != 0; }
 
-/// A clock delay: coarse * 4 | fine goes to the chip, so fine must be below 4.
+/// A clock delay. Fine must be below 4: it shares the register value's low bits with nothing else.
 struct ClockDelay {
     std::uint8_t coarse, fine;
 };
+
+/// The value that goes to the chip.
+constexpr std::uint16_t DelayValue(const ClockDelay& delay) {
+    return static_cast<std::uint16_t>(delay.coarse * 4 | delay.fine);
+}
 
 /// A colour conversion: the 3 by 3 matrix row by row, three input offsets, three output offsets.
 using CscSet = std::array<std::int16_t, 15>;

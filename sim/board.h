@@ -24,6 +24,14 @@ void WriteTx(Page page, std::uint8_t reg, std::uint8_t value);
 bool TxInterruptPending();
 void ResetTx();
 
+// ---- video.cpp ----
+
+/// A video processor register as the chip shows it to a read.
+std::uint16_t ReadVideo(std::uint16_t addr);
+/// Lets a write that the register has taken have its effect.
+void NoteVideoWrite(std::uint16_t addr, std::uint16_t value);
+void ResetVideo();
+
 // ---- clock.cpp ----
 
 /// In virtual time, moves the clock on by a pause. @return false in real time
