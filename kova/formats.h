@@ -112,7 +112,7 @@ enum OutAux : std::uint16_t {
 
 /// A picture area in pixels and lines.
 struct VideoWindow {
-    std::uint16_t w, h, x, y;
+    std::uint16_t w = 0, h = 0, x = 0, y = 0;
 
     bool operator==(const VideoWindow&) const = default;
 };
@@ -170,49 +170,49 @@ using TmdsDrive = std::array<std::uint8_t, 2>; ///< values of register 0x040 bit
 
 /// The picture that enters the chip.
 struct SrcVideoInfo {
-    std::uint8_t frmt;             ///< SrcVideoFormat
-    std::uint8_t mode;             ///< VideoMode
-    std::uint8_t auxFlags;         ///< SrcAux bits
-    std::uint8_t ycOffset;         ///< Y/C sample offset, 0 to 7
-    const ClockDelay* pClockDelay; ///< input port clock; null: left as it is
-    const CscSet* pCscCoef;        ///< input colour conversion; null: built in
-    VideoWindow stClip;            ///< clip window; its x and y are also the input sync position offsets, in use or not
+    std::uint8_t frmt{};             ///< SrcVideoFormat
+    std::uint8_t mode{};             ///< VideoMode
+    std::uint8_t auxFlags{};         ///< SrcAux bits
+    std::uint8_t ycOffset{};         ///< Y/C sample offset, 0 to 7
+    const ClockDelay* pClockDelay{}; ///< input port clock; null: left as it is
+    const CscSet* pCscCoef{};        ///< input colour conversion; null: built in
+    VideoWindow stClip{}; ///< clip window; its x and y are also the input sync position offsets, in use or not
     // Kept by the driver.
-    std::uint16_t hTotal; ///< pixels per line
-    std::uint16_t flags;  ///< VideoFlag bits
-    VideoWindow stActive; ///< active width and height; x and y are not touched
+    std::uint16_t hTotal{}; ///< pixels per line
+    std::uint16_t flags{};  ///< VideoFlag bits
+    VideoWindow stActive{}; ///< active width and height; x and y are not touched
 };
 
 /// The picture that leaves the chip.
 struct OutVideoInfo {
-    std::uint8_t frmt;          ///< OutVideoFormat
-    std::uint8_t mode;          ///< VideoMode, 0 to 7
-    std::uint16_t auxFlags;     ///< OutAux bits
-    const ClockDelay* pOutVCLK; ///< clock delays; null: left as it is
-    const ClockDelay* pOutVCLKB;
-    const ClockDelay* pIntVCLK;
-    const ClockDelay* pIntVCLK2x;
-    const ClockDelay* pIntDACCLK;
-    const CscSet* pCscCoef; ///< output colour conversion; null: built in
-    const MfcTable* pMfcHY; ///< scaler filters, horizontal and vertical, luma and chroma; null: built in
-    const MfcTable* pMfcHC;
-    const MfcTable* pMfcVY;
-    const MfcTable* pMfcVC;
-    VideoWindow stZoom;      ///< the part of the picture that is scaled, when in use
-    VideoWindow stView;      ///< where it is shown, when in use
-    std::uint8_t brightness; ///< picture controls, 128 is neutral for each
-    std::uint8_t contrast;
-    std::uint8_t saturation;
-    std::uint8_t hue;
-    std::uint8_t offsetG;
-    std::uint8_t offsetB;
-    std::uint8_t offsetR;
+    std::uint8_t frmt{};          ///< OutVideoFormat
+    std::uint8_t mode{};          ///< VideoMode, 0 to 7
+    std::uint16_t auxFlags{};     ///< OutAux bits
+    const ClockDelay* pOutVCLK{}; ///< clock delays; null: left as it is
+    const ClockDelay* pOutVCLKB{};
+    const ClockDelay* pIntVCLK{};
+    const ClockDelay* pIntVCLK2x{};
+    const ClockDelay* pIntDACCLK{};
+    const CscSet* pCscCoef{}; ///< output colour conversion; null: built in
+    const MfcTable* pMfcHY{}; ///< scaler filters, horizontal and vertical, luma and chroma; null: built in
+    const MfcTable* pMfcHC{};
+    const MfcTable* pMfcVY{};
+    const MfcTable* pMfcVC{};
+    VideoWindow stZoom{};      ///< the part of the picture that is scaled, when in use
+    VideoWindow stView{};      ///< where it is shown, when in use
+    std::uint8_t brightness{}; ///< picture controls, 128 is neutral for each
+    std::uint8_t contrast{};
+    std::uint8_t saturation{};
+    std::uint8_t hue{};
+    std::uint8_t offsetG{};
+    std::uint8_t offsetB{};
+    std::uint8_t offsetR{};
     // Kept by the driver.
-    std::uint16_t flags;  ///< VideoFlag bits
-    VideoWindow stActive; ///< active width and height; x and y are not touched
-    SyncTiming sync;
-    DacData dac;
-    TmdsDrive tmds;
+    std::uint16_t flags{};  ///< VideoFlag bits
+    VideoWindow stActive{}; ///< active width and height; x and y are not touched
+    SyncTiming sync{};
+    DacData dac{};
+    TmdsDrive tmds{};
 };
 
 extern SrcVideoInfo stSrcVideoInfo; ///< the source that the start-up sequence sets up
