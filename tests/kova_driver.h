@@ -1,0 +1,38 @@
+#pragma once
+// What the tests of the video processor driver's topics stand on: the board, and the driver as at program start.
+
+#include "kova/api.h"
+#include "kova/state.h"
+#include "tests/board.h"
+
+class KovaDriver : public Board {
+protected:
+    void SetUp() override {
+        Board::SetUp();
+        stKOVASrcWIN = stKOVADstWIN = stKOVAZoomWIN = stKOVAViewWIN = {};
+        stKOVADeint = {};
+        KOVAMFCCoef = 0;
+        KOVAPLLClock = 0;
+    }
+
+    /// The writes since the last call in short: "500:6c10", local updates as "u".
+    static std::string Short() {
+        std::string words;
+        std::string::size_type at = 0;
+        for (const std::string journal = Writes(); at < journal.size(); at = journal.find('\n', at) + 1) {
+            const std::string addr = journal.substr(at + 8, 3);
+            words += words.empty() ? "" : " ";
+            words += addr == "4c4" ? "u" : addr + ":" + journal.substr(at + 12, 4);
+        }
+        return words;
+    }
+
+    /// FNV-1a of a journal that is too long to be written down.
+    static std::uint32_t Checksum(const std::string& text) {
+        std::uint32_t sum = 0x811C9DC5;
+        for (const char c : text) {
+            sum = (sum ^ static_cast<std::uint8_t>(c)) * 0x01000193;
+        }
+        return sum;
+    }
+};
