@@ -164,6 +164,11 @@ void RunRegisterCommand(RegisterLine& line) {
 
 // ---- Line commands ----
 
+void StartUp() {
+    std::puts("CreateKOVAAPIVideoInstance Started!! ");
+    CreateKOVAAPIVideoInstance();
+}
+
 void Quit() { std::puts("Program Terminated.. "); }
 
 struct LineCommand {
@@ -172,7 +177,8 @@ struct LineCommand {
 };
 
 // In the order in which a line's first word is compared.
-constexpr std::array<LineCommand, 1> kLineCommands{{
+constexpr std::array<LineCommand, 2> kLineCommands{{
+    {"init", StartUp},
     {"q", Quit},
 }};
 

@@ -1,7 +1,7 @@
 #include "kova/output_port.h"
 
-#include "kova/clocks.h"
 #include "kova/field.h"
+#include "kova/shared_regs.h"
 #include "kova/state.h"
 
 #include <cstddef>

@@ -1,10 +1,10 @@
 #include "kova/status.h"
 
-#include "kova/clocks.h"
 #include "kova/field.h"
 #include "kova/input_port.h"
 #include "kova/output_port.h"
 #include "kova/ports.h"
+#include "kova/shared_regs.h"
 
 #include <array>
 #include <cstddef>

@@ -2,6 +2,7 @@
 
 #include "kova/field.h"
 #include "kova/ports.h"
+#include "kova/shared_regs.h"
 
 #include <algorithm>
 #include <array>
@@ -10,11 +11,8 @@ using namespace kova;
 
 namespace {
 
-constexpr std::uint16_t kZoomWindow = 0x432;  // w, h, x, y
 constexpr std::uint16_t kViewWindow = 0x436;  // w, h, x, y
 constexpr std::uint16_t kScalerInput = 0x43A; // w, h
-constexpr std::uint16_t kDestination = 0x43C; // w, h
-constexpr std::uint16_t kDestinationH = 0x43D;
 
 // The frame memory takes whole words: a row of them is a multiple of so many pixels.
 constexpr unsigned kWidthStep8Bit = 8;
