@@ -15,6 +15,13 @@ protected:
         KOVAPLLClock = 0;
     }
 
+    /// Gives every register the same value, so that a field's bits show.
+    static void Fill(std::uint16_t value) {
+        for (std::uint16_t addr = 0x010; addr < 0x600; ++addr) {
+            sim::KovaRegister(addr) = value;
+        }
+    }
+
     /// The writes since the last call in short: "500:6c10", local updates as "u".
     static std::string Short() {
         std::string words;
