@@ -1,8 +1,6 @@
 #include "kova/api.h"
 #include "tests/kova_driver.h"
 
-#include <cmath>
-
 namespace {
 
 class KovaCsc : public KovaDriver {
@@ -70,13 +68,22 @@ TEST_F(KovaCsc, GreyStaysGrey) {
 }
 
 TEST_F(KovaCsc, HueTurnsByUpToSixtyDegrees) {
+    // By turning a vector in steps of a 128th of 60 degrees; some emulators cannot run the C library's cosine.
+    constexpr double kStepCos = 0.9999665339174011;
+    constexpr double kStepSin = 0.008181139603937128;
+    constexpr double kSin60 = 0.8660254037844386;
+    const auto rounded = [](double value) { return static_cast<int>(value < 0 ? value - 0.5 : value + 0.5); };
+    double cosine = 0.5;
+    double sine = -kSin60;
     for (std::size_t hue = 0; hue < 256; ++hue) {
-        const double angle = (double(hue) - 128) * std::acos(-1.0) / 384;
         // Six entries stand one beside the rounding rule.
         const bool cosBeside = hue == 22 || hue == 234;
         const bool sinBeside = hue == 42 || hue == 124 || hue == 132 || hue == 214;
-        EXPECT_EQ(KOVA_CscCosHue[hue] != std::lround(1024 * std::cos(angle)), cosBeside) << hue;
-        EXPECT_EQ(KOVA_CscSinHue[hue] != std::lround(1024 * std::sin(angle)), sinBeside) << hue;
+        EXPECT_EQ(KOVA_CscCosHue[hue] != rounded(1024 * cosine), cosBeside) << hue;
+        EXPECT_EQ(KOVA_CscSinHue[hue] != rounded(1024 * sine), sinBeside) << hue;
+        const double turned = cosine * kStepCos - sine * kStepSin;
+        sine = sine * kStepCos + cosine * kStepSin;
+        cosine = turned;
     }
     EXPECT_EQ(KOVA_CscCosHue[22], 663);
     EXPECT_EQ(KOVA_CscCosHue[234], 663);
