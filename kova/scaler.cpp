@@ -25,7 +25,10 @@ const MfcTable& HorizontalTable(const MfcTable* table) {
 }
 
 const MfcTable& VerticalTable(const MfcTable* table) {
-    return ShrinksBelowHalf() ? KOVA_MFCFilter_Bilinear : HorizontalTable(table);
+    if (ShrinksBelowHalf()) {
+        return KOVA_MFCFilter_Bilinear;
+    }
+    return HorizontalTable(table);
 }
 
 std::uint8_t Load(FilterSelect select, const MfcTable& table) {
