@@ -10,7 +10,7 @@ protected:
     /// Loads the defaults and empties the registers.
     static void Load() {
         KOVAAPI_LoadDeintData();
-        Fill(0x500, 0x53F, 0);
+        FillRange(0x500, 0x53F, 0);
         Transfers();
     }
 
@@ -19,9 +19,9 @@ protected:
     static std::string FieldsOf(std::initializer_list<std::uint8_t (*)(Value)> setters) {
         std::string fields;
         for (const auto set : setters) {
-            Fill(0x500, 0x53F, 0);
+            FillRange(0x500, 0x53F, 0);
             set(static_cast<Value>(~0U));
-            fields += Short() + ' ';
+            fields += Packed() + ' ';
         }
         return fields;
     }
@@ -40,10 +40,10 @@ protected:
                  KOVAAPI_SetDeintCurMotionNRSel, KOVAAPI_EnableDeintCurMotionNRUse, KOVAAPI_EnableNextMotionNRUse,
                  KOVAAPI_EnableDeintFastHistoryUse, KOVAAPI_EnableDeintBorderNRUse, KOVAAPI_EnableDeintSlowMotionNRUse,
                  KOVAAPI_EnableDeintStillMotionNRUse}) {
-            Fill(0x500, 0x53F, 0);
+            FillRange(0x500, 0x53F, 0);
             stKOVADeint = {state, 0, 0, 0};
             set(value);
-            words << Short() << std::hex << Kept() << ' ';
+            words << Packed() << std::hex << Kept() << ' ';
         }
         return words.str();
     }
@@ -89,14 +89,14 @@ TEST_F(KovaDeinterlacer, PlainSettersWriteTheirOwnField) {
 TEST_F(KovaDeinterlacer, SettersOfMoreThanOneThing) {
     KOVAAPI_SetDeintYMode(1);
     KOVAAPI_SetDeintYMode(2);
-    EXPECT_EQ(Short(), "500:4000 402:0000 u 500:8000 402:8000 u");
+    EXPECT_EQ(Packed(), "500:4000 402:0000 u 500:8000 402:8000 u");
     KOVAAPI_SetDeintPDCurMotionThres(41);
     KOVAAPI_SetDeintPDCurMotionThres(40);
-    EXPECT_EQ(Short(), "527:0029 527:00a9 u 527:00a8 527:0028 u");
+    EXPECT_EQ(Packed(), "527:0029 527:00a9 u 527:00a8 527:0028 u");
     KOVAAPI_SetDeintFastMotion(2);
     KOVAAPI_SetDeintFastMotion(1);
     KOVAAPI_SetDeintFastMotion(0);
-    EXPECT_EQ(Short(), "503:8000 u 501:2000 u 503:0000 u 501:2000 u 503:0000 u 501:0000 u");
+    EXPECT_EQ(Packed(), "503:8000 u 501:2000 u 503:0000 u 501:2000 u 503:0000 u 501:0000 u");
 }
 
 TEST_F(KovaDeinterlacer, AnOverriddenSetterWritesTheOverrideAndKeepsTheChoice) {
@@ -112,11 +112,11 @@ TEST_F(KovaDeinterlacer, AnOverriddenSetterWritesTheOverrideAndKeepsTheChoice) {
               "528:0080 u80 500:0002 u200 503:8000 u8 508:0008 u4 52a:0000 u0 50b:6000 u20 53d:0080 u10000 " + noUses);
     EXPECT_EQ(Guarded(DEINT_V2TAB_FORCED, 0),
               "528:0000 u0 500:0000 u0 503:0000 u0 508:0000 u0 52a:0000 u0 50b:0000 u0 53d:0080 u0 " + noUses);
-    Fill(0x50B, 0x50B, 0);
+    FillRange(0x50B, 0x50B, 0);
     for (std::uint16_t mode = 0; mode <= 4; ++mode) {
         KOVAAPI_SetDeintFilmMode(mode);
     }
-    EXPECT_EQ(Short(), "50b:0000 u 50b:5000 u 50b:6000 u 50b:4000 u 50b:0000 u");
+    EXPECT_EQ(Packed(), "50b:0000 u 50b:5000 u 50b:6000 u 50b:4000 u 50b:0000 u");
     Load();
     KOVAAPI_EnableDeintNR(0);
     EXPECT_EQ(stKOVADeint.state, 0);
@@ -150,15 +150,15 @@ TEST_F(KovaDeinterlacer, ALargePictureAndBack) {
     stKOVADstWIN = {1280, 480, 0, 0};
     stKOVAViewWIN.h = 1024;
     KOVAAPI_SetDeinterMode(&src);
-    EXPECT_EQ(Short(), "529:0800 u 53e:4000 u 528:0040 u 500:00ff u 503:0000 u 508:0000 u 50b:0000 u 52a:0000 u "
-                       "52a:0000 500:30ff u 524:0000 513:0000 u 529:0800 u 53d:0000 u 53d:0000 u 524:0000 u "
-                       "524:0000 u u 53d:0000 u 518:0168 u");
+    EXPECT_EQ(Packed(), "529:0800 u 53e:4000 u 528:0040 u 500:00ff u 503:0000 u 508:0000 u 50b:0000 u 52a:0000 u "
+                        "52a:0000 500:30ff u 524:0000 513:0000 u 529:0800 u 53d:0000 u 53d:0000 u 524:0000 u "
+                        "524:0000 u u 53d:0000 u 518:0168 u");
     stKOVADstWIN.w = 720;
     stKOVAViewWIN.h = 200;
     KOVAAPI_SetDeinterMode(&src);
-    EXPECT_EQ(Short(), "529:0000 u 53e:0000 u 528:0040 u 500:3010 u 503:8000 u 508:0008 u 50b:4000 u 52a:0040 u "
-                       "52a:00c0 500:2010 u 524:8000 513:0010 u 529:0080 u 53d:0002 u 53d:000a u 524:c000 u "
-                       "524:e000 u u 53d:008a u 518:0168 u");
+    EXPECT_EQ(Packed(), "529:0000 u 53e:0000 u 528:0040 u 500:3010 u 503:8000 u 508:0008 u 50b:4000 u 52a:0040 u "
+                        "52a:00c0 500:2010 u 524:8000 513:0010 u 529:0080 u 53d:0002 u 53d:000a u 524:c000 u "
+                        "524:e000 u u 53d:008a u 518:0168 u");
 }
 
 } // namespace

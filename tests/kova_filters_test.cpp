@@ -16,7 +16,7 @@ TEST_F(KovaFilters, BuiltInAndCallersSets) {
         KOVAAPI_SetFrontNRYFilterCoef(of8);
         KOVAAPI_SetFrontNRCFilterCoef(of4);
         KOVAAPI_SetBWExtensionPoint(nullptr, of4);
-        return Short();
+        return Packed();
     };
     EXPECT_EQ(load(nullptr, nullptr), "46d:0100 0080 0080 0080 u 458:0200 0000 ff00 0000 0000 0000 0000 0000 u "
                                       "468:0100 00a0 0000 ffe0 0001 u 422:0400 0000 0000 0000 0000 0000 0000 0000 u "
@@ -25,7 +25,7 @@ TEST_F(KovaFilters, BuiltInAndCallersSets) {
                                    "468:8000 0002 0003 ffff 0001 u 422:0001 0002 0003 0004 0005 0006 0007 ffff u "
                                    "42c:8000 0002 0003 ffff u 4a6:0020 005c 0100 0300 0000 0002 0003 03ff u");
     KOVAAPI_SetBWExtensionPoint(&four, nullptr);
-    EXPECT_EQ(Short(), "4a6:8000 0002 0003 ffff 0020 0096 0100 0300 u");
+    EXPECT_EQ(Packed(), "4a6:8000 0002 0003 ffff 0020 0096 0100 0300 u");
 }
 
 TEST_F(KovaFilters, SwitchesAndValues) {
@@ -36,17 +36,17 @@ TEST_F(KovaFilters, SwitchesAndValues) {
         enable(2);
         enable(0);
     }
-    EXPECT_EQ(Short(), "42a:0001 u 42a:0000 u 42a:0008 u 42a:0000 u 42a:0002 u 42a:0000 u 460:0001 u 460:0000 u "
-                       "460:0004 u 460:0000 u 460:0002 u 460:0000 u 462:02f9 5018 u 462:0000 0000 u "
-                       "464:02f9 5018 u 464:0000 0000 u 466:02f9 5018 u 466:0000 0000 u 471:0001 u 471:0000 u "
-                       "4af:0001 u 4af:0000 u");
+    EXPECT_EQ(Packed(), "42a:0001 u 42a:0000 u 42a:0008 u 42a:0000 u 42a:0002 u 42a:0000 u 460:0001 u 460:0000 u "
+                        "460:0004 u 460:0000 u 460:0002 u 460:0000 u 462:02f9 5018 u 462:0000 0000 u "
+                        "464:02f9 5018 u 464:0000 0000 u 466:02f9 5018 u 466:0000 0000 u 471:0001 u 471:0000 u "
+                        "4af:0001 u 4af:0000 u");
     KOVAAPI_SetPeakingFilterGain(64);
     KOVAAPI_SetPeakingCoringValue(0xFF);
     KOVAAPI_SetPeakingSaturationValue(0xFF);
-    EXPECT_EQ(Short(), "461:4000 u 460:f000 u 460:ff00 u");
+    EXPECT_EQ(Packed(), "461:4000 u 460:f000 u 460:ff00 u");
     sim::KovaRegister(0x53A) = 0xFFFF;
     KOVAAPI_SetSurfaceFilterThres(5);
-    EXPECT_EQ(Short(), "53a:3fff 53a:05ff 53a:05c5 u");
+    EXPECT_EQ(Packed(), "53a:3fff 53a:05ff 53a:05c5 u");
 }
 
 TEST_F(KovaFilters, FrontNoiseReductionFollowsTheDecimation) {
@@ -59,11 +59,11 @@ TEST_F(KovaFilters, FrontNoiseReductionFollowsTheDecimation) {
                                                  {0xFF & ~DEINT_DECIMATING, 720, kOff},
                                                  {0xFF & ~DEINT_HD_DOUBLE, 1023, kNarrow},
                                                  {DEINT_DECIMATING + 0, 1024, kWide}}) {
-        Fill(0x42A, 0x42A, 0);
+        FillRange(0x42A, 0x42A, 0);
         stKOVADeint.state = static_cast<std::uint8_t>(state);
         stKOVAViewWIN.w = static_cast<std::uint16_t>(viewW);
         KOVAAPI_SetFrontNRFilterInHD();
-        EXPECT_EQ(Short(), expected) << state;
+        EXPECT_EQ(Packed(), expected) << state;
     }
 }
 

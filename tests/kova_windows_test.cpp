@@ -24,18 +24,18 @@ TEST_F(KovaWindows, AWholePictureOnPortA) {
               "kova r 0404 0000\nkova w 0404 0000\nkova r 0404 0000\nkova w 0404 0000\n"
               "kova w 0406 02b8\nkova w 0407 01e0\nkova w 043a 02b8\nkova w 043b 01e0\nkova w 04c4 0001\n");
     KOVAAPI_SetWindowOutVideo(&out);
-    EXPECT_EQ(Short(), "43c:02b8 01e0 432:02b8 01e0 0000 0000 0500 0400 0000 0000 u");
+    EXPECT_EQ(Packed(), "43c:02b8 01e0 432:02b8 01e0 0000 0000 0500 0400 0000 0000 u");
 }
 
 TEST_F(KovaWindows, CallersWindowsOnPortB) {
     src.flags = 0;
     const VideoWindow clip{640, 400, 0x1FF, 0x7F}, view{1000, 700, 4, 5}, zoom{320, 200, 6, 7};
     KOVAAPI_SetWindowSrcCLIP(&src, &clip);
-    EXPECT_EQ(Short(), "405:01ff 405:ffff 408:0280 0190 43a:0280 0190 u");
+    EXPECT_EQ(Packed(), "405:01ff 405:ffff 408:0280 0190 43a:0280 0190 u");
     KOVAAPI_SetWindowOutVIEW(&out, &view);
     KOVAAPI_SetWindowOutZOOM(&out, &zoom);
-    EXPECT_EQ(Short(), "43c:0280 0190 432:0280 0190 0000 0000 03e8 02bc 0004 0005 u "
-                       "43c:0280 0190 432:0140 00c8 0006 0007 03e8 02bc 0004 0005 u");
+    EXPECT_EQ(Packed(), "43c:0280 0190 432:0280 0190 0000 0000 03e8 02bc 0004 0005 u "
+                        "43c:0280 0190 432:0140 00c8 0006 0007 03e8 02bc 0004 0005 u");
     VideoWindow back{1, 1, 1, 1};
     KOVAAPI_GetWindowHDECI(&back);
     EXPECT_EQ(back, (VideoWindow{640, 400, 0, 0}));
@@ -93,18 +93,18 @@ TEST_F(KovaWindows, CallersScalerTables) {
     table[63] = {3, -4};
     stKOVADstWIN.h = 2; // shrinking: the caller's tables count horizontally only
     KOVAAPI_SetMFCHCFilterCoef(&out, &table);
-    const std::string words = Short();
+    const std::string words = Packed();
     EXPECT_EQ(words.substr(0, 29), "590:ffff 0002 0000 0000 0180 ");
     EXPECT_EQ(words.substr(words.size() - 28), "590:0003 fffc 0000 0000 01bf");
     KOVAAPI_SetMFCVCFilterCoef(&out, &table);
-    EXPECT_EQ(Short().substr(0, 28), "590:0800 0000 0000 0000 0380");
+    EXPECT_EQ(Packed().substr(0, 28), "590:0800 0000 0000 0000 0380");
     stKOVADstWIN.h = 0;
     KOVAAPI_SetMFCVCFilterCoef(&out, &table);
-    EXPECT_EQ(Short().substr(0, 28), "590:ffff 0002 0000 0000 0380");
+    EXPECT_EQ(Packed().substr(0, 28), "590:ffff 0002 0000 0000 0380");
     // All four by way of the record.
     out.pMfcHY = out.pMfcVY = &table;
     KOVAAPI_SetMFCFilterCoef(&out);
-    const std::string all = Short();
+    const std::string all = Packed();
     for (const char* const strobe : {"0080", "0180", "0280", "0380"}) {
         EXPECT_NE(all.find(std::string(" 590:ffff 0002 0000 0000 ") + strobe), std::string::npos) << strobe;
     }
@@ -124,7 +124,7 @@ TEST_F(KovaWindows, MemoryPrecision) {
     stKOVADstWIN.w = 769;
     KOVAAPI_SetMemPrecision(&src, &out);
     EXPECT_EQ(src.flags, VIDFLAG_PORT_A | VIDFLAG_8BIT);
-    EXPECT_EQ(Short(), "455:0004 455:0000 u");
+    EXPECT_EQ(Packed(), "455:0004 455:0000 u");
 }
 
 TEST_F(KovaWindows, MemoryConfiguration) {
@@ -133,9 +133,9 @@ TEST_F(KovaWindows, MemoryConfiguration) {
              {MemoryConfig{9, 2, 1}, "012:ffff 022:ffef 022:ffe3 022:ffe1 03c:efff 454:ffff fffc u"},
              {MemoryConfig{1, 4, 7}, "012:ffff 022:ffcf 022:ffcb 022:ffcb 03c:efff 454:ffff fffc u"},
          }) {
-        Fill(0x012, 0x455, 0xFFFF);
+        FillRange(0x012, 0x455, 0xFFFF);
         KOVAAPI_SetMemory(&mem);
-        EXPECT_EQ(Short(), expected);
+        EXPECT_EQ(Packed(), expected);
     }
 }
 
