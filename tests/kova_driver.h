@@ -42,4 +42,24 @@ protected:
         }
         return sum;
     }
+
+    /// The same, with one address for neighbouring registers: "500:6c10 bb10".
+    static std::string Packed() {
+        std::string words;
+        unsigned next = 0;
+        for (std::string journal = Writes(); !journal.empty(); journal.erase(0, journal.find('\n') + 1)) {
+            const auto addr = static_cast<unsigned>(std::stoul(journal.substr(7, 4), nullptr, 16));
+            const std::string place = addr == next ? "" : journal.substr(8, 3) + ':';
+            words += (words.empty() ? "" : " ") + (addr == KOVA_LOCAL_UPDATE ? "u" : place + journal.substr(12, 4));
+            next = addr + 1;
+        }
+        return words;
+    }
+
+    /// Gives the registers from first to last a value.
+    static void FillRange(unsigned first, unsigned last, std::uint16_t value) {
+        for (unsigned addr = first; addr <= last; ++addr) {
+            sim::KovaRegister(static_cast<std::uint16_t>(addr)) = value;
+        }
+    }
 };
