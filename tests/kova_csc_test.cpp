@@ -6,20 +6,17 @@ namespace {
 class KovaCsc : public KovaDriver {
 protected:
     SrcVideoInfo src{.flags = VIDFLAG_YCBCR};
-    OutVideoInfo out{.brightness = 128,
-                     .contrast = 128,
-                     .saturation = 128,
-                     .hue = 128,
-                     .offsetG = 128,
-                     .offsetB = 128,
-                     .offsetR = 128};
+    // clang-format off
+    OutVideoInfo out{.brightness = 128, .contrast = 128, .saturation = 128, .hue = 128,
+                     .offsetG = 128, .offsetB = 128, .offsetR = 128};
+    // clang-format on
 
-    static std::string Written(unsigned addr, const CscSet& set) {
-        std::string text;
-        for (unsigned i = 0; i < set.size(); ++i) {
-            std::array<char, 16> word{};
-            std::snprintf(word.data(), word.size(), "%03x:%04x ", addr + i, set[i] & 0xFFFFU);
-            text += word.data();
+    static std::string Written(const char* addr, const CscSet& set) {
+        std::string text = addr;
+        for (const std::int16_t value : set) {
+            std::array<char, 8> word{};
+            std::snprintf(word.data(), word.size(), " %04x", value & 0xFFFFU);
+            text += word.data() + (text.ends_with(':') ? 1 : 0);
         }
         return text;
     }
@@ -85,12 +82,9 @@ TEST_F(KovaCsc, HueTurnsByUpToSixtyDegrees) {
         sine = sine * kStepCos + cosine * kStepSin;
         cosine = turned;
     }
-    EXPECT_EQ(KOVA_CscCosHue[22], 663);
-    EXPECT_EQ(KOVA_CscCosHue[234], 663);
-    EXPECT_EQ(KOVA_CscSinHue[42], -663);
-    EXPECT_EQ(KOVA_CscSinHue[124], -33);
-    EXPECT_EQ(KOVA_CscSinHue[132], 33);
-    EXPECT_EQ(KOVA_CscSinHue[214], 663);
+    EXPECT_EQ(std::pair(KOVA_CscCosHue[22], KOVA_CscCosHue[234]), std::pair(std::int16_t{663}, std::int16_t{663}));
+    EXPECT_EQ(std::tuple(KOVA_CscSinHue[42], KOVA_CscSinHue[124], KOVA_CscSinHue[132], KOVA_CscSinHue[214]),
+              std::tuple(-663, -33, 33, 663));
 }
 
 // ---- Choice ----
@@ -117,14 +111,14 @@ TEST_F(KovaCsc, SetsFollowBothRecords) {
         src.flags = c.src;
         out.flags = c.out;
         EXPECT_EQ(KOVAAPI_SetCSCSrcVideo(&src, &out), KOVA_NO_ERROR);
-        EXPECT_EQ(Short(), Written(0x40A, c.in) + ((c.src & kYCbCr) != 0 ? "419:01fc u" : "419:01f8 u"));
+        EXPECT_EQ(Packed(), Written("40a:", c.in) + ((c.src & kYCbCr) != 0 ? " 01fc u" : " 01f8 u"));
         EXPECT_EQ(KOVAAPI_SetCSCOutVideo(&src, &out), KOVA_NO_ERROR);
         // Neutral controls change nothing but the form of the computed words.
         CscSet expected = c.outSet;
         for (std::size_t i = 0; i < 10; ++i) {
             expected[i] = std::int16_t(expected[i] & 0xFFF);
         }
-        EXPECT_EQ(Short(), Written(0x472, expected) + "481:01fc u");
+        EXPECT_EQ(Packed(), Written("472:", expected) + " 01fc u");
     }
 }
 
@@ -132,16 +126,16 @@ TEST_F(KovaCsc, ACallersSetComesFirst) {
     const CscSet own{1, -2, 3, 4, 5, 6, 7, 8, 9, -10, 11, 12, 13, 14, -15};
     EXPECT_EQ(KOVAAPI_SetSrcCSCCoef(&src, &out, &own), KOVA_NO_ERROR);
     EXPECT_EQ(src.pCscCoef, &own);
-    EXPECT_EQ(Short(), Written(0x40A, own) + "419:01fc u");
+    EXPECT_EQ(Packed(), Written("40a:", own) + " 01fc u");
     out.flags = VIDFLAG_YCBCR;
     EXPECT_EQ(KOVAAPI_SetOutCSCCoef(&src, &out, &own), KOVA_NO_ERROR);
     EXPECT_EQ(out.pCscCoef, &own);
     CscSet expected = own;
     expected[1] &= 0xFFF;
     expected[9] &= 0xFFF;
-    EXPECT_EQ(Short(), Written(0x472, expected) + "481:01fc u");
+    EXPECT_EQ(Packed(), Written("472:", expected) + " 01fc u");
     KOVAAPI_SetSrcCSCCoef(&src, &out, nullptr);
-    EXPECT_EQ(Short(), Written(0x40A, KOVA_CscBypass_StdRange) + "419:01fc u");
+    EXPECT_EQ(Packed(), Written("40a:", KOVA_CscBypass_StdRange) + " 01fc u");
 }
 
 // ---- Picture controls ----
@@ -154,29 +148,19 @@ TEST_F(KovaCsc, PictureControlsAreFoldedIntoTheSet) {
         std::array<std::uint8_t, 7> controls; // brightness, contrast, saturation, hue, offsets G, B, R
         const char* writes;
     };
+    // clang-format off
     for (const Case& c : {
-             Case{0,
-                  nullptr,
-                  {0, 255, 255, 0, 0, 255, 1},
-                  "472:04a3 473:0206 474:0d08 475:04a3 476:0404 477:06f6 478:04a3 479:0a7e 47a:032d "
-                  "47b:0ec0 47c:fe00 47d:fe00 47e:0f00 47f:00fe 480:0f02 481:01fc u"},
-             Case{0,
-                  nullptr,
-                  {255, 3, 200, 255, 128, 128, 128},
-                  "472:000d 473:0d31 474:0fc4 475:000d 476:0332 477:0a90 478:000d 479:044c 47a:0287 "
-                  "47b:00be 47c:fe00 47d:fe00 47e:0000 47f:0000 480:0000 481:01fc u"},
-             Case{VIDFLAG_YCBCR,
-                  nullptr,
-                  {200, 64, 77, 22, 1, 2, 3},
-                  "472:0100 473:0000 474:0000 475:0000 476:00c7 477:00ea 478:0000 479:0f15 47a:00c7 "
-                  "47b:0050 47c:fe00 47d:fe00 47e:0040 47f:0200 480:0200 481:01fc u"},
+             Case{0, nullptr, {0, 255, 255, 0, 0, 255, 1},
+                  "472:04a3 0206 0d08 04a3 0404 06f6 04a3 0a7e 032d 0ec0 fe00 fe00 0f00 00fe 0f02 01fc u"},
+             Case{0, nullptr, {255, 3, 200, 255, 128, 128, 128},
+                  "472:000d 0d31 0fc4 000d 0332 0a90 000d 044c 0287 00be fe00 fe00 0000 0000 0000 01fc u"},
+             Case{VIDFLAG_YCBCR, nullptr, {200, 64, 77, 22, 1, 2, 3},
+                  "472:0100 0000 0000 0000 00c7 00ea 0000 0f15 00c7 0050 fe00 fe00 0040 0200 0200 01fc u"},
              // Everything computed is limited to 12 bits.
-             Case{VIDFLAG_YCBCR,
-                  &extreme,
-                  {255, 255, 255, 214, 0, 0, 0},
-                  "472:07ff 473:0800 474:0800 475:07ff 476:0800 477:0800 478:07ff 479:0800 47a:0800 "
-                  "47b:07ff 47c:0005 47d:fffa 47e:0007 47f:0008 480:0009 481:01fc u"},
+             Case{VIDFLAG_YCBCR, &extreme, {255, 255, 255, 214, 0, 0, 0},
+                  "472:07ff 0800 0800 07ff 0800 0800 07ff 0800 0800 07ff 0005 fffa 0007 0008 0009 01fc u"},
          }) {
+        // clang-format on
         out.flags = c.outFlags;
         out.pCscCoef = c.own;
         // Each control alone stores its value and writes a whole set; the last one's is that of all.
@@ -186,7 +170,7 @@ TEST_F(KovaCsc, PictureControlsAreFoldedIntoTheSet) {
             Journal();
             EXPECT_EQ(set(&src, &out, c.controls[(i++ + 4) % 7]), KOVA_NO_ERROR);
         }
-        EXPECT_EQ(Short(), c.writes);
+        EXPECT_EQ(Packed(), c.writes);
     }
 }
 

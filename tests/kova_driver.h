@@ -16,11 +16,7 @@ protected:
     }
 
     /// Gives every register the same value, so that a field's bits show.
-    static void Fill(std::uint16_t value) {
-        for (std::uint16_t addr = 0x010; addr < 0x600; ++addr) {
-            sim::KovaRegister(addr) = value;
-        }
-    }
+    static void Fill(std::uint16_t value) { FillRange(0x010, 0x5FF, value); }
 
     /// The writes since the last call in short: "500:6c10", local updates as "u".
     static std::string Short() {

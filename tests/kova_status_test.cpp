@@ -96,34 +96,31 @@ TEST_F(KovaStatus, InputPatternsAndTheInputAgain) {
         unsigned pattern;
         const char* writes;
     };
+    // clang-format off
     for (Case c : {
-             Case{{.mode = MUX656_10, .flags = 0x8003, .stActive = {704, 480}},
-                  3,
+             Case{{.mode = MUX656_10, .flags = 0x8003, .stActive = {704, 480}}, 3,
                   "4c0:000c 401:fffc 404:0000 402:ffcf 402:dfcf 402:dfcf u"},
-             Case{{.mode = MUX656_8_B, .flags = 0x000F, .stActive = {1024, 768}},
-                  7,
+             Case{{.mode = MUX656_8_B, .flags = 0x000F, .stActive = {1024, 768}}, 7,
                   "4c0:001e 401:fffc 405:0000 402:ffcf 402:dfcf 402:dfcf u"},
              Case{{.mode = RGB444_8, .flags = 0x8004, .stActive = {1920, 1080}}, 1, "4c0:0027 401:fffc 404:0000 u"},
-             Case{
-                 {.mode = SEP422_10, .flags = 0x800B, .stActive = {1023, 480}}, 0xFFFF, "4c0:fffc 401:fffc 404:0000 u"},
-             Case{{.mode = SEP422_10, .flags = 0x8003},
-                  0,
+             Case{{.mode = SEP422_10, .flags = 0x800B, .stActive = {1023, 480}}, 0xFFFF,
+                  "4c0:fffc 401:fffc 404:0000 u"},
+             Case{{.mode = SEP422_10, .flags = 0x8003}, 0,
                   "4c0:0001 402:ffcf 402:dfcf 402:dfc8 401:35af 4b0:ffff 404:0000 "
                   "402:df88 401:35ad 401:35a5 400:c7ff 400:c7f7 u"},
          }) {
+        // clang-format on
         Fill(0xFFFF);
         EXPECT_EQ(KOVAAPI_SetInputPattern(&c.src, std::uint16_t(c.pattern)), KOVA_NO_ERROR);
         EXPECT_EQ(Short(), c.writes);
     }
     // The generator's field of each port
-    Fill(0);
-    src = {.mode = MUX656_10, .flags = VIDFLAG_PORT_A};
-    KOVAAPI_SetSrcPtrnMode(&src);
-    EXPECT_EQ(sim::KovaRegister(0x402), 0x1001);
-    Fill(0);
-    src = {.mode = MUX656_10_B, .flags = 0};
-    KOVAAPI_SetSrcPtrnMode(&src);
-    EXPECT_EQ(sim::KovaRegister(0x402), 0x1100);
+    for (const auto& [flags, scan] : {std::pair{0x8000, 0x1001}, {0, 0x1100}}) {
+        Fill(0);
+        src = {.mode = MUX656_10, .flags = std::uint16_t(flags)};
+        KOVAAPI_SetSrcPtrnMode(&src);
+        EXPECT_EQ(sim::KovaRegister(0x402), scan);
+    }
 }
 
 TEST_F(KovaStatus, DisplaySwitches) {
