@@ -120,7 +120,7 @@ struct VideoWindow {
 /// Whether a caller's window is to be used: it has a width and a height.
 constexpr bool IsInUse(const VideoWindow& win) { return win.w != 0 && win.h != 0; }
 
-/// A clock delay. Fine must be below 4: it shares the register value's low bits with nothing else.
+/// A clock delay. Fine must be below 4, as coarse begins above its two bits.
 struct ClockDelay {
     std::uint8_t coarse, fine;
 };

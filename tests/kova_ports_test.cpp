@@ -244,7 +244,8 @@ TEST_F(KovaOutputPort, ClockSourcesAndResets) {
     for (const auto& [source, writes] : {std::pair{0, "03a:0000 02a:0000 018:0004 070:0000 070:0001"},
                                          {1, "03a:0000 02a:0001 018:0004 070:0000 070:0001"},
                                          {2, "03a:0000 02a:0002 018:0004 070:0000 070:0001"},
-                                         {3, "03a:0001 02a:0001 018:0004 070:0000 070:0001"}}) {
+                                         {3, "03a:0001 02a:0001 018:0004 070:0000 070:0001"},
+                                         {4, "03a:0000 02a:0004 018:0004 070:0000 070:0001"}}) {
         EXPECT_EQ(KOVAAPI_SetVCLKPLLSource(std::uint16_t(source)), KOVA_NO_ERROR);
         EXPECT_EQ(KOVAPLLClock, source);
         EXPECT_EQ(Short(), writes);
