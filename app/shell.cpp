@@ -167,6 +167,11 @@ bool RunRegisterCommand(RegisterLine& line) {
 
 // ---- Line commands ----
 
+void StartUp() {
+    std::puts("CreateKOVAAPIVideoInstance Started!! ");
+    CreateKOVAAPIVideoInstance();
+}
+
 void StartLoop() {
     if (ControlLoop_OnOff != 0) {
         std::puts("Already... ControlLoopStart() ");
@@ -192,7 +197,8 @@ struct LineCommand {
 };
 
 // In the order in which a line's first word is compared.
-constexpr std::array<LineCommand, 3> kLineCommands{{
+constexpr std::array<LineCommand, 4> kLineCommands{{
+    {"init", StartUp},
     {"clstart", StartLoop},
     {"p", StopLoop},
     {"q", Quit},

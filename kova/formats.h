@@ -112,7 +112,7 @@ enum OutAux : std::uint16_t {
 
 /// A picture area in pixels and lines.
 struct VideoWindow {
-    std::uint16_t w, h, x, y;
+    std::uint16_t w = 0, h = 0, x = 0, y = 0;
 
     bool operator==(const VideoWindow&) const = default;
 };
@@ -120,10 +120,15 @@ struct VideoWindow {
 /// Whether a caller's window is to be used: it has a width and a height.
 constexpr bool IsInUse(const VideoWindow& win) { return win.w != 0 && win.h != 0; }
 
-/// A clock delay: coarse * 4 | fine goes to the chip, so fine must be below 4.
+/// A clock delay. Fine must be below 4, as coarse begins above its two bits.
 struct ClockDelay {
     std::uint8_t coarse, fine;
 };
+
+/// The value that goes to the chip.
+constexpr std::uint16_t DelayValue(const ClockDelay& delay) {
+    return static_cast<std::uint16_t>(delay.coarse * 4 | delay.fine);
+}
 
 /// A colour conversion: the 3 by 3 matrix row by row, three input offsets, three output offsets.
 using CscSet = std::array<std::int16_t, 15>;
@@ -165,49 +170,49 @@ using TmdsDrive = std::array<std::uint8_t, 2>; ///< values of register 0x040 bit
 
 /// The picture that enters the chip.
 struct SrcVideoInfo {
-    std::uint8_t frmt;             ///< SrcVideoFormat
-    std::uint8_t mode;             ///< VideoMode
-    std::uint8_t auxFlags;         ///< SrcAux bits
-    std::uint8_t ycOffset;         ///< Y/C sample offset, 0 to 7
-    const ClockDelay* pClockDelay; ///< input port clock; null: left as it is
-    const CscSet* pCscCoef;        ///< input colour conversion; null: built in
-    VideoWindow stClip;            ///< clip window; its x and y are also the input sync position offsets, in use or not
+    std::uint8_t frmt{};             ///< SrcVideoFormat
+    std::uint8_t mode{};             ///< VideoMode
+    std::uint8_t auxFlags{};         ///< SrcAux bits
+    std::uint8_t ycOffset{};         ///< Y/C sample offset, 0 to 7
+    const ClockDelay* pClockDelay{}; ///< input port clock; null: left as it is
+    const CscSet* pCscCoef{};        ///< input colour conversion; null: built in
+    VideoWindow stClip{}; ///< clip window; its x and y are also the input sync position offsets, in use or not
     // Kept by the driver.
-    std::uint16_t hTotal; ///< pixels per line
-    std::uint16_t flags;  ///< VideoFlag bits
-    VideoWindow stActive; ///< active width and height; x and y are not touched
+    std::uint16_t hTotal{}; ///< pixels per line
+    std::uint16_t flags{};  ///< VideoFlag bits
+    VideoWindow stActive{}; ///< active width and height; x and y are not touched
 };
 
 /// The picture that leaves the chip.
 struct OutVideoInfo {
-    std::uint8_t frmt;          ///< OutVideoFormat
-    std::uint8_t mode;          ///< VideoMode, 0 to 7
-    std::uint16_t auxFlags;     ///< OutAux bits
-    const ClockDelay* pOutVCLK; ///< clock delays; null: left as it is
-    const ClockDelay* pOutVCLKB;
-    const ClockDelay* pIntVCLK;
-    const ClockDelay* pIntVCLK2x;
-    const ClockDelay* pIntDACCLK;
-    const CscSet* pCscCoef; ///< output colour conversion; null: built in
-    const MfcTable* pMfcHY; ///< scaler filters, horizontal and vertical, luma and chroma; null: built in
-    const MfcTable* pMfcHC;
-    const MfcTable* pMfcVY;
-    const MfcTable* pMfcVC;
-    VideoWindow stZoom;      ///< the part of the picture that is scaled, when in use
-    VideoWindow stView;      ///< where it is shown, when in use
-    std::uint8_t brightness; ///< picture controls, 128 is neutral for each
-    std::uint8_t contrast;
-    std::uint8_t saturation;
-    std::uint8_t hue;
-    std::uint8_t offsetG;
-    std::uint8_t offsetB;
-    std::uint8_t offsetR;
+    std::uint8_t frmt{};          ///< OutVideoFormat
+    std::uint8_t mode{};          ///< VideoMode, 0 to 7
+    std::uint16_t auxFlags{};     ///< OutAux bits
+    const ClockDelay* pOutVCLK{}; ///< clock delays; null: left as it is
+    const ClockDelay* pOutVCLKB{};
+    const ClockDelay* pIntVCLK{};
+    const ClockDelay* pIntVCLK2x{};
+    const ClockDelay* pIntDACCLK{};
+    const CscSet* pCscCoef{}; ///< output colour conversion; null: built in
+    const MfcTable* pMfcHY{}; ///< scaler filters, horizontal and vertical, luma and chroma; null: built in
+    const MfcTable* pMfcHC{};
+    const MfcTable* pMfcVY{};
+    const MfcTable* pMfcVC{};
+    VideoWindow stZoom{};      ///< the part of the picture that is scaled, when in use
+    VideoWindow stView{};      ///< where it is shown, when in use
+    std::uint8_t brightness{}; ///< picture controls, 128 is neutral for each
+    std::uint8_t contrast{};
+    std::uint8_t saturation{};
+    std::uint8_t hue{};
+    std::uint8_t offsetG{};
+    std::uint8_t offsetB{};
+    std::uint8_t offsetR{};
     // Kept by the driver.
-    std::uint16_t flags;  ///< VideoFlag bits
-    VideoWindow stActive; ///< active width and height; x and y are not touched
-    SyncTiming sync;
-    DacData dac;
-    TmdsDrive tmds;
+    std::uint16_t flags{};  ///< VideoFlag bits
+    VideoWindow stActive{}; ///< active width and height; x and y are not touched
+    SyncTiming sync{};
+    DacData dac{};
+    TmdsDrive tmds{};
 };
 
 extern SrcVideoInfo stSrcVideoInfo; ///< the source that the start-up sequence sets up

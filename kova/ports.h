@@ -6,6 +6,10 @@
 
 namespace kova {
 
+/// The type of the input syncs, in two parts; one type for both ports.
+inline constexpr Field kSyncType1{0x402, 4, 2};
+inline constexpr Field kSyncType2{0x402, 12, 2};
+
 struct PortRegs {
     Field ycOffset, cbcrSwap, highTopField, inputField, compHsync, scan, patternScan;
     Field positionX, positionY;     ///< the two fields of position

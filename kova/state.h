@@ -12,6 +12,13 @@ extern VideoWindow stKOVADstWIN;  ///< the decimator's destination
 extern VideoWindow stKOVAZoomWIN; ///< the part of the picture that is scaled
 extern VideoWindow stKOVAViewWIN; ///< where it is shown on the output
 
+namespace kova {
+
+/// Whether the picture is shown at less than half its height, in whole lines.
+inline bool ShrinksBelowHalf() { return stKOVAViewWIN.h < stKOVADstWIN.h / 2; }
+
+} // namespace kova
+
 // ---- Deinterlacer ----
 
 /// Bits of DeintState::state.

@@ -38,7 +38,7 @@ bool Fails() {
 }
 
 std::uint16_t ReadKova(std::uint16_t addr) {
-    const std::uint16_t value = kova[addr];
+    const std::uint16_t value = ReadVideo(addr);
     if (addr == kInterruptStatus && TxInterruptPending()) {
         return value | kTxInterrupt;
     }
@@ -48,6 +48,7 @@ std::uint16_t ReadKova(std::uint16_t addr) {
 void WriteKova(std::uint16_t addr, std::uint16_t value) {
     if (addr != kDeviceId) {
         kova[addr] = value;
+        NoteVideoWrite(addr, value);
     }
 }
 
@@ -87,6 +88,7 @@ void Reset() {
     kova.fill(0);
     kova[kDeviceId] = 0x83;
     faults = {};
+    ResetVideo();
     ResetTx();
     ClearScript();
     UseVirtualTime();

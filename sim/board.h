@@ -35,6 +35,14 @@ void ResetAudio();
 /// Reads a register of page 1 that measures the audio. @return false: reg is none of them
 bool ReadAudio(std::uint8_t reg, std::uint8_t& value);
 
+// ---- video.cpp ----
+
+/// A video processor register as the chip shows it to a read.
+std::uint16_t ReadVideo(std::uint16_t addr);
+/// Lets a write that the register has taken have its effect.
+void NoteVideoWrite(std::uint16_t addr, std::uint16_t value);
+void ResetVideo();
+
 // ---- clock.cpp ----
 
 /// In virtual time, moves the clock on by a pause. @return false in real time

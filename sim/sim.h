@@ -23,6 +23,19 @@ enum class Page : std::uint8_t { Hdmi1, Hdmi2 };
 std::uint16_t& KovaRegister(std::uint16_t addr);
 std::uint8_t& TxRegister(Page page, std::uint8_t reg);
 
+// ---- The video input ----
+
+/// What the video processor's status registers say of its input: 480 interlaced lines at 60 Hz unless set otherwise.
+struct VideoInput {
+    std::uint16_t syncStatus = 0;             ///< bits 1..0: 0 with sync
+    std::uint16_t hFrequency = 0x8000 | 1716; ///< result of the line frequency measurement, bit 15: valid
+    std::uint16_t linesField1 = 0x8000 | 262; ///< results of the line count measurement, bit 15: valid
+    std::uint16_t linesField2 = 0x8000 | 263;
+    std::uint32_t measureReads = 0; ///< reads of the request register until a measurement has ended
+};
+
+void SetVideoInput(const VideoInput& video);
+
 // ---- The monitor ----
 
 /// A 1080p HDMI monitor with basic audio: base block and one CEA-861 extension.

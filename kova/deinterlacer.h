@@ -1,0 +1,119 @@
+#pragma once
+// The deinterlacer: turns interlaced fields into frames by motion-adaptive interpolation, with film and caption
+// detection, CCS and motion noise reduction. Registers 0x500 to 0x53F.
+//
+// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer. Each setter ends with a local
+// register update. A switch is on for any non-zero value; bits of a value above its range are dropped on the way to the
+// chip.
+
+#include "kova/formats.h"
+
+#include <cstdint>
+
+// ---- As a whole ----
+
+/// Loads the deinterlacer's registers, 0x500 to 0x53F, and takes every choice below back to its default. Must run
+/// before the first video path update.
+std::uint8_t KOVAAPI_LoadDeintData();
+
+/// Fits the deinterlacer to the sizes and the precision that the video path update has decided on: forces
+/// high-definition mode or V2TAB where the picture needs it, and applies the caller's choices again.
+std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src);
+
+/// Luma mode, 0 to 3: 1 is the normal one, 2 the high-definition double mode. 0x500 bits 15..14 and 0x402 bit 15.
+std::uint8_t KOVAAPI_SetDeintYMode(std::uint16_t value);
+
+/// Fast motion and next motion together: 2 both, 1 next motion only, 0 neither.
+std::uint8_t KOVAAPI_SetDeintFastMotion(std::uint16_t value);
+
+/// Pull-down current motion threshold, 0 to 127, 0x527 bits 6..0; pull-down current motion, 0x527 bit 7, is off at 40
+/// and on at any other.
+std::uint8_t KOVAAPI_SetDeintPDCurMotionThres(std::uint16_t value);
+
+/// High-definition mode: 0x529 bit 11. Set by the video path update, and then in force for the settings below.
+std::uint8_t KOVAAPI_EnableDeintHDMode(std::uint8_t on);
+
+// ---- Choices that the driver may override ----
+// While a setting is overridden its setter writes the override and drops its argument; the earlier choice comes back
+// when the state that overrides it ends. A choice is kept without masking: beyond its range it spills into others.
+
+// Overridden in high-definition mode.
+std::uint8_t KOVAAPI_SetDeintCMode(std::uint16_t value);          ///< chroma mode, 0 to 3, by 1: 0x528 bits 7..6
+std::uint8_t KOVAAPI_SetDeintCurMotionThres(std::uint16_t value); ///< threshold, 0 to 255, by 255: 0x500 bits 7..0
+std::uint8_t KOVAAPI_EnableDeintFastMotion(std::uint8_t on);      ///< by off: 0x503 bit 15
+std::uint8_t KOVAAPI_EnableDeintBorder(std::uint8_t on);          ///< border detection, by off: 0x508 bit 3
+std::uint8_t KOVAAPI_SetDeintFilmMode(std::uint16_t value);       ///< film mode, 0 to 3, by 0: 0x50B bits 14..12
+
+// Overridden by off in high-definition mode and while the picture is decimated.
+std::uint8_t KOVAAPI_EnableDeintCCS(std::uint8_t on); ///< 0x52A bit 6
+std::uint8_t KOVAAPI_EnableDeintNR(std::uint8_t on);  ///< noise reduction, 0x52A bit 7, and then all its uses below
+
+// Overridden by on where an interlaced picture is shown at less than half its height.
+std::uint8_t KOVAAPI_EnableDeintV2TAB(std::uint8_t on); ///< 0x53D bit 7
+
+// Uses of noise reduction, overridden by off while noise reduction is off.
+std::uint8_t KOVAAPI_SetDeintCurMotionNRSel(std::uint16_t value);  ///< select, 0 to 3, by 3: 0x500 bits 13..12
+std::uint8_t KOVAAPI_EnableDeintCurMotionNRUse(std::uint8_t on);   ///< 0x524 bit 15 and 0x513 bit 4
+std::uint8_t KOVAAPI_EnableNextMotionNRUse(std::uint8_t on);       ///< 0x529 bit 7
+std::uint8_t KOVAAPI_EnableDeintFastHistoryUse(std::uint8_t on);   ///< 0x53D bit 1
+std::uint8_t KOVAAPI_EnableDeintBorderNRUse(std::uint8_t on);      ///< 0x53D bit 3
+std::uint8_t KOVAAPI_EnableDeintSlowMotionNRUse(std::uint8_t on);  ///< 0x524 bit 14
+std::uint8_t KOVAAPI_EnableDeintStillMotionNRUse(std::uint8_t on); ///< 0x524 bit 13
+
+// ---- Plain settings ----
+// One field each, with the range of the value. The video path update sets the caption position and the last one again.
+
+// clang-format off
+// Current motion
+std::uint8_t KOVAAPI_EnableDeintCurMotionMedian(std::uint8_t on);            ///< 0x500 bit 10
+std::uint8_t KOVAAPI_SetDeintCurMotionExpander(std::uint16_t value);         ///< 0x500 bits 9..8 (0 to 3)
+std::uint8_t KOVAAPI_EnableDeintCurPdMotion(std::uint8_t on);                ///< 0x527 bit 7
+std::uint8_t KOVAAPI_SetDeintCurPdMotionThres(std::uint16_t value);          ///< 0x527 bits 6..0 (0 to 127)
+
+// Next motion
+std::uint8_t KOVAAPI_EnableDeintNextMotion(std::uint8_t on);                 ///< 0x501 bit 13
+std::uint8_t KOVAAPI_SetDeintNextMotionNRSel(std::uint16_t value);           ///< 0x501 bits 15..14 (0 to 3)
+std::uint8_t KOVAAPI_EnableDeintNextMotionMedian(std::uint8_t on);           ///< 0x501 bit 11
+std::uint8_t KOVAAPI_SetDeintNextMotionExpander(std::uint16_t value);        ///< 0x526 bits 13..12 (0 to 3)
+std::uint8_t KOVAAPI_SetDeintNextMotionThres(std::uint16_t value);           ///< 0x501 bits 7..0 (0 to 255)
+
+// Fast, slow and still motion, borders, edges
+std::uint8_t KOVAAPI_EnableDeintFastUpdateMedian(std::uint8_t on);           ///< 0x53D bit 2
+std::uint8_t KOVAAPI_EnableDeintFastMotionMedian(std::uint8_t on);           ///< 0x527 bit 12
+std::uint8_t KOVAAPI_SetDeintFastHistoryThres(std::uint16_t value);          ///< 0x523 bits 2..0 (0 to 7)
+std::uint8_t KOVAAPI_SetDeintSlowMotionThres(std::uint16_t value);           ///< 0x502 bits 7..0 (0 to 255)
+std::uint8_t KOVAAPI_SetDeintBorderThres(std::uint16_t value);               ///< 0x520 bits 6..0 (0 to 127)
+std::uint8_t KOVAAPI_SetDeintStillMotionThres(std::uint16_t value);          ///< 0x512 bits 11..0 (0 to 4095)
+std::uint8_t KOVAAPI_SetDeintStillFieldCntThres(std::uint16_t value);        ///< 0x50F bits 5..0 (0 to 63)
+std::uint8_t KOVAAPI_SetDeintEdgeMode(std::uint16_t value);                  ///< 0x504 bits 10..8 (0 to 7)
+std::uint8_t KOVAAPI_EnableDeintEdge2nd(std::uint8_t on);                    ///< 0x504 bit 11
+
+// Chroma and CCS
+std::uint8_t KOVAAPI_SetDeintChromaMotionThres(std::uint16_t value);         ///< 0x528 bits 15..8 (0 to 255)
+std::uint8_t KOVAAPI_SetDeintChromaCurMotionExpander(std::uint16_t value);   ///< 0x527 bits 11..10 (0 to 3)
+std::uint8_t KOVAAPI_SetDeintChromaNextMotionExpander(std::uint16_t value);  ///< 0x527 bits 9..8 (0 to 3)
+std::uint8_t KOVAAPI_EnableDeintCCSMedian(std::uint8_t on);                  ///< 0x532 bit 15
+
+// Film
+std::uint8_t KOVAAPI_SetDeintFilm32FieldCntThres(std::uint16_t value);       ///< 0x50B bits 5..0 (0 to 63)
+std::uint8_t KOVAAPI_SetDeintFilm32MotionThres(std::uint16_t value);         ///< 0x50A bits 11..0 (0 to 4095)
+std::uint8_t KOVAAPI_SetDeintFilm22FieldCntThres(std::uint16_t value);       ///< 0x50F bits 13..8 (0 to 63)
+std::uint8_t KOVAAPI_SetDeintFilm22MotionThres(std::uint16_t value);         ///< 0x536 bits 7..0 (0 to 255)
+std::uint8_t KOVAAPI_EnableDeintBadEdit(std::uint8_t on);                    ///< 0x50B bit 15
+std::uint8_t KOVAAPI_SetDeintBadEditMotionThres(std::uint16_t value);        ///< 0x521 bits 15..8 (0 to 255)
+
+// Captions
+std::uint8_t KOVAAPI_SetDeintCaptionYMode(std::uint16_t value);              ///< 0x516 bits 1..0 (0 to 3)
+std::uint8_t KOVAAPI_SetDeintCaptionCMode(std::uint16_t value);              ///< 0x528 bits 1..0 (0 to 3)
+std::uint8_t KOVAAPI_SetDeintCaptionMotionThres(std::uint16_t value);        ///< 0x517 bits 15..6 (0 to 1023)
+std::uint8_t KOVAAPI_SetDeintCaptionLineCntThres(std::uint16_t value);       ///< 0x50E bits 7..0, 0x538 bits 7..0 (0 to 255)
+std::uint8_t KOVAAPI_SetDeintCaptionVposiThres(std::uint16_t value);         ///< 0x518 bits 9..0 (0 to 1023)
+
+// Noise reduction
+std::uint8_t KOVAAPI_EnableDeintNRAdapt(std::uint8_t on);                    ///< 0x53D bit 0
+std::uint8_t KOVAAPI_SetDeintNRConditionLevel(std::uint16_t value);          ///< 0x53C bits 15..8 (0 to 255)
+std::uint8_t KOVAAPI_SetDeintNRFactorLevel(std::uint16_t value);             ///< 0x52A bits 5..0, 0x535 bits 5..0 (0 to 63)
+
+// High definition
+std::uint8_t KOVAAPI_EnableDeintHD3DAdp(std::uint8_t on);                    ///< 0x53E bit 14
+// clang-format on

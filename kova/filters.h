@@ -1,0 +1,60 @@
+#pragma once
+// Picture enhancement: front noise reduction, median, peaking, transient improvement, colour enhancement, surface
+// filter, black/white extension.
+//
+// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer, and end with a local register
+// update. A switch is on for any non-zero value; bits of a value above its range are dropped. A set of coefficients is
+// read at the call and not kept; null selects the built-in one.
+
+#include <array>
+#include <cstdint>
+
+using FilterSet8 = std::array<std::uint16_t, 8>;
+using FilterSet4 = std::array<std::uint16_t, 4>;
+
+// ---- Front noise reduction and median, ahead of the frame memory ----
+
+// Coefficients are 12-bit two's complement, 0x400 is 1.0. The built-in sets pass the picture through. Failing writes of
+// coefficients are not reported.
+std::uint8_t KOVAAPI_SetFrontNRYFilterCoef(const FilterSet8* coef); ///< luma: 0x422 to 0x429
+std::uint8_t KOVAAPI_SetFrontNRCFilterCoef(const FilterSet4* coef); ///< chroma: 0x42C to 0x42F
+
+std::uint8_t KOVAAPI_EnableFrontNRYFilter(std::uint8_t on); ///< 0x42A bit 0
+std::uint8_t KOVAAPI_EnableFrontNRCFilter(std::uint8_t on); ///< 0x42A bit 3
+std::uint8_t KOVAAPI_EnableMedianFilter(std::uint8_t on);   ///< 0x42A bit 1
+
+/// Part of the video path update: switches both front filters on with high-definition coefficients for the width of the
+/// view while the picture is decimated, except in high-definition double mode, and off otherwise. Off leaves the
+/// coefficients loaded. Makes no update of its own.
+std::uint8_t KOVAAPI_SetFrontNRFilterInHD();
+
+// ---- Peaking: sharpness ----
+
+std::uint8_t KOVAAPI_SetPeakingFilterCoef(const FilterSet8* coef);   ///< 0x458 to 0x45F
+std::uint8_t KOVAAPI_EnablePeakingFilter(std::uint8_t on);           ///< 0x460 bit 0
+std::uint8_t KOVAAPI_SetPeakingFilterGain(std::uint16_t value);      ///< 0x461 bits 15..8 (0 to 255)
+std::uint8_t KOVAAPI_EnablePeakingCoring(std::uint8_t on);           ///< 0x460 bit 2
+std::uint8_t KOVAAPI_SetPeakingCoringValue(std::uint16_t value);     ///< 0x460 bits 15..12 (0 to 15)
+std::uint8_t KOVAAPI_EnablePeakingSaturation(std::uint8_t on);       ///< 0x460 bit 1
+std::uint8_t KOVAAPI_SetPeakingSaturationValue(std::uint16_t value); ///< 0x460 bits 11..8 (0 to 15)
+
+// ---- Transient improvement ----
+// On writes the two words of the factor, off writes zeros.
+
+std::uint8_t KOVAAPI_EnableLTI(std::uint8_t on);   ///< luma: 0x462, 0x463
+std::uint8_t KOVAAPI_EnableCTICb(std::uint8_t on); ///< Cb: 0x464, 0x465
+std::uint8_t KOVAAPI_EnableCTICr(std::uint8_t on); ///< Cr: 0x466, 0x467
+
+// ---- Colour enhancement and surface filter ----
+
+std::uint8_t KOVAAPI_SetColorEnhFilterCoef(const FilterSet4* coef); ///< 0x468 to 0x46B, and 1 to 0x46C
+std::uint8_t KOVAAPI_SetSurfaceFilterCoef(const FilterSet4* coef);  ///< 0x46D to 0x470
+std::uint8_t KOVAAPI_EnableSurfaceFilter(std::uint8_t on);          ///< 0x471, the whole register
+std::uint8_t KOVAAPI_SetSurfaceFilterThres(std::uint16_t value);    ///< 0x53A bits 13..8 and 5..0 (0 to 63)
+
+// ---- Black/white extension ----
+
+/// Sets the curve's four input points, 0x4A6 to 0x4A9, and output points, 0x4AA to 0x4AD bits 9..0 (0 to 1023). Null
+/// selects the built-in points, for each pointer by itself.
+std::uint8_t KOVAAPI_SetBWExtensionPoint(const FilterSet4* in, const FilterSet4* outpts);
+std::uint8_t KOVAAPI_EnableBWExtension(std::uint8_t on); ///< 0x4AF bit 0

@@ -1,0 +1,200 @@
+#include "kova/status.h"
+
+#include "kova/field.h"
+#include "kova/input_port.h"
+#include "kova/output_port.h"
+#include "kova/ports.h"
+#include "kova/shared_regs.h"
+
+#include <array>
+#include <cstddef>
+
+using namespace kova;
+
+namespace {
+
+constexpr Field kPortOptions{0x401, 0, 4};
+constexpr Field kOutWindowShown{0x4B0, 5, 1};
+constexpr Field kDarkScreen{0x4C2, 1, 1};
+constexpr Field kOutPattern{0x4C2, 2, 4};
+// Which field freezes the main picture is not known; the chip's dark screen is the nearest known effect.
+constexpr Field kMainFreeze = kDarkScreen;
+
+constexpr std::uint16_t kDeviceId = 0x004;
+constexpr std::uint16_t kInputPattern = 0x4C0;
+constexpr std::uint16_t kStatusSelect = 0x4C6;
+constexpr std::uint16_t kMeasure = 0x4D0;
+constexpr std::uint16_t kSyncStatus = 0x4E0;
+constexpr std::uint16_t kHFrequency = 0x4E2;
+constexpr std::uint16_t kLinesField1 = 0x4E8;
+constexpr std::uint16_t kLinesField2 = 0x4E9;
+
+// In kInputPattern, besides the pattern's number in bits 4..2.
+constexpr unsigned kPatternRgb = 0x20;
+constexpr unsigned kPatternWide = 0x02;
+constexpr unsigned kPatternInterlaced = 0x01;
+
+// In kMeasure and in the results.
+constexpr unsigned kReady = 0x8000;
+constexpr unsigned kValid = 0x8000;
+
+constexpr int kMostPolls = 5000;
+
+bool IsMultiplexed(const SrcVideoInfo& src) { return src.mode > SEP422_10; }
+
+// The status registers show what the select register was last given.
+std::uint8_t ReadStatus(std::uint16_t addr, std::uint16_t& value) {
+    constexpr std::uint16_t kSync = 9;
+    return AsResult(KOVA_RegWrite(kStatusSelect, kSync) || KOVA_RegRead(addr, &value));
+}
+
+// A chip that never gets ready leaves ready false.
+std::uint8_t AwaitMeasurement(bool& ready) {
+    ready = false;
+    for (int poll = 0; poll < kMostPolls && !ready; ++poll) {
+        std::uint16_t status = 0;
+        if (ReadStatus(kMeasure, status)) {
+            return KOVA_I2C_ERROR;
+        }
+        ready = (status & kReady) != 0;
+    }
+    return KOVA_NO_ERROR;
+}
+
+// Requests one measurement and reads its result registers; they stay 0, not valid, without one.
+template <std::size_t N>
+std::uint8_t Measure(const std::array<std::uint16_t, N>& registers, std::array<std::uint16_t, N>& results) {
+    bool ready = false;
+    if (KOVA_RegWrite(kMeasure, 1) || LocalUpdate() || AwaitMeasurement(ready)) {
+        return KOVA_I2C_ERROR;
+    }
+    for (std::size_t i = 0; i < N && ready; ++i) {
+        if (ReadStatus(registers[i], results[i])) {
+            return KOVA_I2C_ERROR;
+        }
+    }
+    return AsResult(KOVA_RegWrite(kMeasure, 0) || LocalUpdate());
+}
+
+} // namespace
+
+// ---- Status ----
+
+std::uint8_t KOVAAPI_GetDeviceID(std::uint16_t* id) { return KOVA_RegRead(kDeviceId, id); }
+
+std::uint8_t KOVAAPI_GetSyncStatus(std::uint8_t* status) {
+    std::uint16_t value = 0;
+    if (ReadStatus(kSyncStatus, value)) {
+        return KOVA_I2C_ERROR;
+    }
+    *status = value & 3;
+    return KOVA_NO_ERROR;
+}
+
+std::uint8_t KOVAAPI_GetInputPattern(std::uint8_t* pattern) {
+    std::uint16_t value = 0;
+    if (KOVA_RegRead(kInputPattern, &value)) {
+        return KOVA_I2C_ERROR;
+    }
+    *pattern = (value >> 2) & 7;
+    return KOVA_NO_ERROR;
+}
+
+// ---- Measurement ----
+
+std::uint8_t KOVAAPI_GetSyncHfreq(std::uint16_t* value) {
+    *value = KOVA_NO_MEASUREMENT;
+    std::uint8_t status = 0;
+    std::uint8_t pattern = 0;
+    if (KOVAAPI_GetSyncStatus(&status)) {
+        return KOVA_I2C_ERROR;
+    }
+    if (status != 0) {
+        return KOVA_NO_ERROR;
+    }
+    if (KOVAAPI_GetInputPattern(&pattern)) {
+        return KOVA_I2C_ERROR;
+    }
+    if (pattern != 0) {
+        return KOVA_NO_ERROR;
+    }
+    std::array<std::uint16_t, 1> result{};
+    if (Measure({kHFrequency}, result)) {
+        return KOVA_I2C_ERROR;
+    }
+    // All ones is what a failed read leaves.
+    if ((result[0] & kValid) != 0 && result[0] != 0xFFFF) {
+        *value = result[0] & 0x7FFF;
+    }
+    return KOVA_NO_ERROR;
+}
+
+std::uint8_t KOVAAPI_GetSyncVline(std::uint16_t* value) {
+    *value = KOVA_NO_MEASUREMENT;
+    std::array<std::uint16_t, 2> results{};
+    if (Measure({kLinesField1, kLinesField2}, results)) {
+        return KOVA_I2C_ERROR;
+    }
+    unsigned lines = 0;
+    for (const std::uint16_t result : results) {
+        const unsigned count = result & 0xFFFU;
+        if ((result & kValid) == 0 || count == 0xFFF) {
+            return KOVA_NO_ERROR;
+        }
+        lines += count;
+    }
+    *value = static_cast<std::uint16_t>(lines);
+    return KOVA_NO_ERROR;
+}
+
+// ---- Test patterns ----
+
+std::uint8_t KOVAAPI_SetInputPattern(SrcVideoInfo* src, std::uint16_t pattern) {
+    unsigned control = pattern * 4U;
+    if ((src->flags & VIDFLAG_YCBCR) == 0) {
+        control |= kPatternRgb;
+    }
+    if (src->stActive.w >= 1024) {
+        control |= kPatternWide;
+    }
+    if ((src->flags & VIDFLAG_PROGRESSIVE) == 0 && !IsMultiplexed(*src)) {
+        control |= kPatternInterlaced;
+    }
+    if (KOVA_RegWrite(kInputPattern, static_cast<std::uint16_t>(control))) {
+        return KOVA_I2C_ERROR;
+    }
+    return pattern != 0 ? KOVAAPI_SetSrcPtrnMode(src) : KOVAAPI_SetSrcPortMode(src);
+}
+
+std::uint8_t KOVAAPI_SetSrcPtrnMode(const SrcVideoInfo* src) {
+    const PortRegs& port = PortOf(*src);
+    if (Write(kPortOptions, 0xC) || KOVA_RegWrite(port.position, 0)) {
+        return KOVA_I2C_ERROR;
+    }
+    // The generator's syncs are separate, its pictures progressive.
+    if (IsMultiplexed(*src) && (Write(kSyncType1, 0) || Write(kSyncType2, 1) || Write(port.patternScan, 1))) {
+        return KOVA_I2C_ERROR;
+    }
+    return LocalUpdate();
+}
+
+std::uint8_t KOVAAPI_SetOutputPattern(std::uint8_t pattern) { return SetAndUpdate(kOutPattern, pattern); }
+
+// ---- Display ----
+
+std::uint8_t KOVAAPI_DisplayOutWindow(std::uint8_t on) { return SetAndUpdate(kOutWindowShown, on != 0); }
+
+std::uint8_t KOVAAPI_EnableDarkScreen(std::uint8_t on) { return SetAndUpdate(kDarkScreen, on != 0); }
+
+std::uint8_t KOVAAPI_EnableMainFreeze(std::uint8_t on) { return SetAndUpdate(kMainFreeze, on != 0); }
+
+std::uint8_t KOVAAPI_PowerSaveEnable(std::uint8_t on) {
+    const bool save = on == 1;
+    // clang-format off
+    return AsResult(KOVAAPI_EnableClockDrive(kAllClocks, !save)
+                 || KOVAAPI_EnableDACPortOut(!save)
+                 || KOVAAPI_EnableOutPortPin(kAllOutPins, !save)
+                 || Write(kVideoPllHold, save)
+                 || Write(kMemoryPllHold, save));
+    // clang-format on
+}

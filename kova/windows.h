@@ -1,0 +1,66 @@
+#pragma once
+// The sizes that the scaler works with, its filters, and the frame memory between input and output.
+//
+// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer. They work on the windows that
+// the last video path update left, so they come after at least one update; whoever changes a window lets the rest of
+// the update follow, so that scaler, filters and deinterlacer fit the new sizes.
+
+#include "kova/formats.h"
+#include "kova/state.h"
+
+#include <cstdint>
+
+// ---- Windows ----
+
+/// Sets the source window: the clip window when it is in use, else the active picture, whose size is rounded down in
+/// the record first (width to 8 pixels for 8-bit data, 24 for 10-bit; height to 8 lines). Writes the position from the
+/// clip window in any case. Port A 0x404, 0x406, 0x407 or port B 0x405, 0x408, 0x409; 0x43A, 0x43B; local register
+/// update.
+std::uint8_t KOVAAPI_SetWindowSrcVideo(SrcVideoInfo* src);
+
+/// Sets the clip window, in pixels and lines, and with it the source window. All zero: the whole active picture.
+std::uint8_t KOVAAPI_SetWindowSrcCLIP(SrcVideoInfo* src, const VideoWindow* win);
+
+/// Decides whether the picture is narrowed to 1024 pixels before the frame memory: an interlaced one wider than 1024,
+/// any one wider than 1280. Touches no register.
+std::uint8_t KOVAAPI_SetHDecimateVideo(SrcVideoInfo* src);
+
+/// Sets the decimator's destination (the source window, at most as wide as the view), the zoom window (by default the
+/// destination) and the view window (by default the whole output picture): 0x432 to 0x439, 0x43C, 0x43D; local register
+/// update.
+std::uint8_t KOVAAPI_SetWindowOutVideo(OutVideoInfo* out);
+
+/// Sets the part of the picture that is scaled, in pixels and lines, and all windows of the output. All zero: the
+/// whole.
+std::uint8_t KOVAAPI_SetWindowOutZOOM(OutVideoInfo* out, const VideoWindow* win);
+
+/// Sets where the picture is shown on the output, and all windows of the output. All zero: the whole output picture.
+std::uint8_t KOVAAPI_SetWindowOutVIEW(OutVideoInfo* out, const VideoWindow* win);
+
+/// Reads the decimator's destination from the chip, 0x43C and 0x43D; x and y become 0.
+std::uint8_t KOVAAPI_GetWindowHDECI(VideoWindow* win);
+
+// ---- Scaler filters ----
+
+/// Loads all four filters of the record when the set that the vertical scaling needs is not the one loaded last; the
+/// video PLL is held meanwhile. A new table in the record alone loads nothing.
+std::uint8_t KOVAAPI_SetMFCFilterCoef(OutVideoInfo* out);
+
+// Each keeps the caller's table in the record (borrowed; null: the built-in one) and loads it at once: 0x590 to 0x594.
+// A picture that is shown at less than half its height gets the built-in bilinear table vertically, whatever the
+// caller's.
+
+std::uint8_t KOVAAPI_SetMFCHYFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< horizontal, luma
+std::uint8_t KOVAAPI_SetMFCHCFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< horizontal, chroma
+std::uint8_t KOVAAPI_SetMFCVYFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< vertical, luma
+std::uint8_t KOVAAPI_SetMFCVCFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< vertical, chroma
+
+// ---- Frame memory ----
+
+/// Sets the frame memory's precision, 0x455 bit 2, and local register update. Pictures wider than 768 pixels and the
+/// outputs that need the bandwidth run at 8 bits, which shows as VIDFLAG_8BIT in the source record until its port mode
+/// is set again.
+std::uint8_t KOVAAPI_SetMemPrecision(SrcVideoInfo* src, const OutVideoInfo* out);
+
+/// Sets the frame memory's configuration: fields of 0x012, 0x022, 0x03C, 0x454, 0x455; local register update.
+std::uint8_t KOVAAPI_SetMemory(const MemoryConfig* mem);
