@@ -39,6 +39,7 @@ std::uint8_t KOVAAPI_GetSyncVline(std::uint16_t* value);
 
 /// Shows an input test pattern, or the input again: 0x4C0, then KOVAAPI_SetSrcPtrnMode or KOVAAPI_SetSrcPortMode.
 /// @param pattern  1 to 7, 0 for the input; larger numbers run into the register's flags
+/// @return also KOVA_INVALID_FORMAT when the input cannot come back for its record's format or mode
 std::uint8_t KOVAAPI_SetInputPattern(SrcVideoInfo* src, std::uint16_t pattern);
 
 /// Sets the source's port up for the pattern generator: 0x401, 0x402, 0x404 or 0x405. Ends with a local register
