@@ -4,7 +4,10 @@
 #include "app/device.h"
 #include "sim/sim.h"
 
+#include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 
 /// What a piece of code printed on standard output and standard error.
@@ -27,6 +30,16 @@ Printed Capture(Code code) {
 template <typename Code>
 void Quietly(Code code) {
     Capture(code);
+}
+
+/// Compares a text too long to stand in a test with the one recorded in tests/data. UPDATE_GOLDEN=1 records it.
+inline void ExpectGolden(const std::string& name, const std::string& text) {
+    const std::string path = std::string(KOVA_TEST_DATA "/") + name;
+    if (std::getenv("UPDATE_GOLDEN") != nullptr) {
+        std::ofstream(path, std::ios::binary) << text;
+    }
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(file), {})) << path;
 }
 
 class Board : public testing::Test {
