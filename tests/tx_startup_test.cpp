@@ -1,7 +1,8 @@
 #include "hdmitx/hdmitx.h"
-#include "hdmitx/presets.h"
 #include "kova/api.h"
 #include "tests/board.h"
+
+#include <tuple>
 
 namespace {
 
@@ -26,19 +27,7 @@ protected:
         stOutVideoInfo = {};
         stOutVideoInfo.frmt = VIDOUT_1280x720p60;
     }
-    template <typename Operation>
-    static std::string Of(Operation operation) {
-        Transfers();
-        Quietly(operation);
-        return Transfers();
-    }
 };
-
-constexpr const char* kReset = "hdmi1 w 05 03\nhdmi1 w 05 00\n";
-constexpr const char* kDe720p =
-    "hdmi1 w 32 04\nhdmi1 w 33 01\nhdmi1 w 36 00\nhdmi1 w 37 05\nhdmi1 w 34 19\nhdmi1 w 38 d0\n"
-    "hdmi1 w 39 02\nhdmi1 r 33 01\nhdmi1 w 33 01\nhdmi1 r 33 01\nhdmi1 w 33 01\n";
-constexpr const char* kOutputOn = "hdmi1 r 08 03\nhdmi1 w 08 03\n";
 
 TEST_F(TxStartUp, TheDefaultsReplaceWhatWasThere) {
     const std::array<std::uint8_t*, 10> globals{
@@ -50,7 +39,9 @@ TEST_F(TxStartUp, TheDefaultsReplaceWhatWasThere) {
     }
     DefaultAudioConfig.fill(0xEE);
     OutVideoFrmt = VIDOUT_640x480p60;
-    EXPECT_EQ(Of(InitHDMITXVariable), "");
+    Journal();
+    InitHDMITXVariable();
+    EXPECT_EQ(Journal(), "");
     for (std::size_t i = 0; i < globals.size(); ++i) {
         EXPECT_EQ(*globals[i], kDefaults[i]) << i;
     }
@@ -62,88 +53,53 @@ TEST_F(TxStartUp, TheDefaultsReplaceWhatWasThere) {
     }
 }
 
-TEST_F(TxStartUp, HdmiOperationStartsInItsOrder) {
+// Start-up sequences, presets, and what they are made of: every transfer, and what is reported.
+TEST_F(TxStartUp, EverySequence) {
+    std::string all;
+    const auto note = [&all](const std::string& name, auto operation) {
+        Transfers();
+        const std::string reported = Capture(operation).err;
+        all += "== " + name + "\n" + reported + (reported.empty() ? "" : "\n") + Transfers();
+    };
     OutVideoFrmt = VIDOUT_1280x720p60;
-    const Printed printed = Capture([] { EXPECT_EQ(InitializeHDMITX(), 1); });
-    std::string cts;
-    for (int i = 0; i < 20; ++i) {
-        cts += "hdmi2 r 09 00\nhdmi2 r 0a 00\nhdmi2 r 0b 00\n";
-    }
-    EXPECT_EQ(Transfers(),
-              std::string("hdmi1 r 03 91\n") + kReset
-                  + "hdmi2 r 2f 00\nhdmi2 w 2f 01\nhdmi2 w 03 00\nhdmi2 w 04 18\nhdmi2 w 05 00\n"
-                    "hdmi2 w 01 02\nhdmi2 w 02 01\nhdmi2 w 21 02\nhdmi2 w 22 0b\nhdmi2 w 24 0b\nhdmi2 w 1d 08\n"
-                    "hdmi2 r 14 00\nhdmi2 w 14 00\nhdmi2 w 1c e4\nhdmi2 w 14 11\n"
-                  + kDe720p + "hdmi1 r 4a 00\nhdmi1 w 4a 00\n"
-                  + "hdmi1 r 08 00\nhdmi1 w 08 02\nhdmi1 r 48 00\nhdmi1 w 48 00\n"
-                    "hdmi1 r 08 02\nhdmi1 w 08 03\nhdmi2 r 3d 00\nhdmi2 w 3d 01\n"
-                    "hdmi1 w 71 18\n"
-                  + cts + "hdmi1 w 71 78\nhdmi1 w 75 78\n" + kOutputOn + "hdmi1 w 71 78\nhdmi1 w 75 78\n");
-    EXPECT_EQ(printed.err.substr(0, printed.err.find(" \n\rHDMI TX : CTS")),
-              " \n\rHDMI TX : UpdateTX_DE(), VMIndex=2, stOutVideoInfo.frmt=4"
-              " \n\rHDMI TX : ConfigTXVideoMode():TX_VID_MODE_ADDR"
-              " \n\r          Sync Extraction : Disable \n\r          YC Demux : Disable"
-              " \n\r          Upsampling(422->444) : Enabled \n\r          CSC(YCbCr->RGB) : Disabled"
-              " \n\r          Data Range Expanded: Disabled(16~235) \n\r          Dithering : Disable");
-    EXPECT_EQ(RequireConfigInfoFrame, 1);
-    EXPECT_EQ(DefaultActiveAspect, 2);
-    EXPECT_EQ(OldOutputState, 255);
-}
-
-TEST_F(TxStartUp, ForcedDviStartsWithoutAudio) {
-    DefaultDVImode = 1;
-    DefaultICLKValue = 0x40;
-    DefaultICLKEDGE = 1;
-    RequireConfigInfoFrame = 0;
-    sim::TxRegister(sim::Page::Hdmi2, 0x2F) = 0x01;
-    EXPECT_EQ(Of(InitHDMITX), std::string("hdmi1 r 08 00\nhdmi1 w 08 01\nhdmi2 r 3d 00\nhdmi2 w 3d 01\n") + kReset
-                                  + kDe720p
-                                  + "hdmi2 r 2f 01\nhdmi2 w 2f 00\nhdmi1 r 4a 00\nhdmi1 w 4a 00\nhdmi1 w 0c 88\n"
-                                    "hdmi1 r 48 00\nhdmi1 w 48 40\nhdmi1 r 08 01\nhdmi1 w 08 03\n"
-                                    "hdmi1 w 71 60\nhdmi1 w 75 60\n"
-                                  + kOutputOn);
-    EXPECT_EQ(RequireConfigInfoFrame, 1);
-}
-
-TEST_F(TxStartUp, EmbeddedSyncsAreDecodedInBothOperations) {
+    note("HDMI operation", [] { EXPECT_EQ(InitializeHDMITX(), 1); });
+    EXPECT_EQ(std::tuple(RequireConfigInfoFrame, DefaultActiveAspect, OldOutputState), std::tuple(1, 2, 255));
     for (const bool dvi : {false, true}) {
         DefaultDVImode = dvi ? 1 : 0;
+        DefaultICLKValue = 0x40;
         Default656OutEn = 1;
         RequireConfigInfoFrame = 0;
-        const std::string transfers = Of(InitHDMITX);
-        EXPECT_NE(transfers.find("hdmi1 r 3e 00\nhdmi1 w 3e 00\nhdmi1 w 40 6e\n"), std::string::npos);
-        EXPECT_EQ(transfers.find("hdmi1 w 32 "), std::string::npos);
+        note(dvi ? "DVI operation, embedded syncs" : "HDMI operation again, embedded syncs", InitHDMITX);
         EXPECT_EQ(RequireConfigInfoFrame, 1);
     }
-}
-
-TEST_F(TxStartUp, ATransmitterThatDoesNotAnswerIsLeftUntouched) {
-    Hdmi1(0x03) = 0x90;
     DefaultMCLKIndex = 0xEE;
-    EXPECT_EQ(Capture([] { EXPECT_EQ(InitializeHDMITX(), 0); }).err, " \n\rNo responce from TX' module... ");
-    EXPECT_EQ(Transfers(), "hdmi1 r 03 90\n");
+    Hdmi1(0x03) = 0x90;
+    note("a transmitter that does not answer", [] { EXPECT_EQ(InitializeHDMITX(), 0); });
     EXPECT_EQ(DefaultMCLKIndex, 0xEE);
-}
 
-TEST_F(TxStartUp, TheFirstNAndTheI2sInputFollowTheAudioConfiguration) {
-    struct Case {
-        std::uint8_t code;
-        const char* n;
-    };
-    for (const Case& c : {Case{3, "hdmi2 w 03 00\nhdmi2 w 04 10\nhdmi2 w 05 00\n"},
-                          Case{0, "hdmi2 w 03 80\nhdmi2 w 04 18\nhdmi2 w 05 00\n"}, Case{8, ""}}) {
-        DefaultAudioConfig[2] = c.code;
-        const std::string transfers = Of(InitAudioPart);
-        const std::size_t start = transfers.find("hdmi2 w 2f 01\n") + 14;
-        EXPECT_EQ(transfers.substr(start, transfers.find("hdmi2 w 01 02") - start), c.n) << int{c.code};
+    for (const std::uint8_t code : std::initializer_list<std::uint8_t>{3, 0, 2, 8}) {
+        DefaultAudioConfig = {0x40, 0xEE, code, 0xA3, 0xA4};
+        note("audio, channel status code " + std::to_string(code), InitAudioPart);
     }
-    DefaultAudioConfig = {0x40, 0xEE, 0xA2, 0xA3, 0xA4};
-    sim::TxRegister(sim::Page::Hdmi2, 0x14) = 0xFF;
-    EXPECT_EQ(Of(InitDVDAudio), "hdmi2 w 21 a2\nhdmi2 w 22 a3\nhdmi2 w 24 a3\nhdmi2 w 1d a4\n"
-                                "hdmi2 r 14 ff\nhdmi2 w 14 fe\nhdmi2 w 1c e6\nhdmi2 w 14 41\n");
-    EXPECT_EQ(Of([] { SetI2SDataSelection(0x20); }), "hdmi2 r 14 41\nhdmi2 w 14 40\nhdmi2 w 1c e5\nhdmi2 w 14 21\n");
-    EXPECT_EQ(Of([] { SetI2SDataSelection(0x80); }), "hdmi2 r 14 21\nhdmi2 w 14 20\nhdmi2 w 1c e7\nhdmi2 w 14 81\n");
-    EXPECT_EQ(Of([] { SetI2SDataSelection(0x30); }), "hdmi2 r 14 81\nhdmi2 w 14 80\nhdmi2 w 14 31\n");
+    for (const std::uint8_t input : std::initializer_list<std::uint8_t>{0x10, 0x20, 0x80, 0x30}) {
+        sim::TxRegister(sim::Page::Hdmi2, 0x14) = 0xFF;
+        note("I2S input " + std::to_string(input >> 4), [&] { SetI2SDataSelection(input); });
+    }
+    for (const std::uint8_t row : std::initializer_list<std::uint8_t>{2, 4, 23, 255}) {
+        note("DE generator, row " + std::to_string(row), [&] { UpdateTX_DE(row); });
+    }
+    for (const std::uint8_t row : std::initializer_list<std::uint8_t>{3, 4, 255}) {
+        Hdmi1(0x3E) = 0xFD;
+        note("embedded syncs, row " + std::to_string(row), [&] { UpdateTX_656(row); });
+    }
+    DefaultDataEnable = 4;
+    note("separate syncs, DE generator on", [] { HDMITX_SetDE(0); });
+    note("DE generator off", [] { DE_GenEn(0); });
+    stOutVideoInfo.frmt = VIDOUT_1680x1050p60;
+    note("embedded syncs, a format without a timing", [] { HDMITX_SetDE(2); });
+    note("normal preset", HDMITX_OutVideoNormal);
+    note("BT.656 preset", HDMITX_OutVideoBT656);
+    ExpectGolden("tx-sequences.txt", all);
 }
 
 // ---- Video input stage ----
@@ -204,45 +160,6 @@ TEST_F(TxStartUp, ColourConversionForDviIsReportedAndGetsItsColorimetry) {
               " \n\r          Data Range Expanded: Enabled(0~255) \n\r          Dithering : Disable");
     OutVideoMode = SEP422_10;
     EXPECT_NE(Capture(ConfigTXVideoMode).err.find(" \n\r          Dithering : Enabled"), std::string::npos);
-}
-
-// ---- DE generator and embedded syncs ----
-
-TEST_F(TxStartUp, TheActivePictureIsLoadedFromTheTiming) {
-    EXPECT_EQ(Of([] { UpdateTX_DE(4); }), "hdmi1 w 32 77\nhdmi1 w 33 00\nhdmi1 w 36 d0\nhdmi1 w 37 02\nhdmi1 w 34 12\n"
-                                          "hdmi1 w 38 f0\nhdmi1 w 39 00\nhdmi1 r 33 00\nhdmi1 w 33 30\n");
-    EXPECT_EQ(Of([] { UpdateTX_DE(23); }), "hdmi1 w 32 08\nhdmi1 w 33 01\nhdmi1 w 36 a0\nhdmi1 w 37 05\nhdmi1 w 34 2c\n"
-                                           "hdmi1 w 38 40\nhdmi1 w 39 02\nhdmi1 r 33 01\nhdmi1 w 33 21\n");
-    Hdmi1(0x3E) = 0xFF;
-    EXPECT_EQ(Of([] { UpdateTX_656(3); }),
-              "hdmi1 r 3e ff\nhdmi1 w 3e fc\nhdmi1 w 40 58\nhdmi1 w 41 00\nhdmi1 w 42 4c\n"
-              "hdmi1 w 43 04\nhdmi1 w 44 2c\nhdmi1 w 45 00\nhdmi1 w 46 02\nhdmi1 w 47 05\n");
-    Hdmi1(0x3E) = 0x80;
-    EXPECT_EQ(Of([] { UpdateTX_656(4); }).substr(0, 28), "hdmi1 r 3e 80\nhdmi1 w 3e 83\n");
-    EXPECT_EQ(Of([] { UpdateTX_656(255); }).find("hdmi1 w 40 00\n"), 28U); // outside the table: no timing
-}
-
-TEST_F(TxStartUp, TheDeGeneratorIsSwitchedForSeparateSyncsOnly) {
-    DefaultDataEnable = 4;
-    EXPECT_NE(Of([] { HDMITX_SetDE(0); }).find("hdmi1 r 33 01\nhdmi1 w 33 41\n"), std::string::npos);
-    stOutVideoInfo.frmt = 20;
-    EXPECT_EQ(Capture([] { HDMITX_SetDE(2); }).err, " \n\rHDMI TX : UpdateTX_DE(), VMIndex=78, stOutVideoInfo.frmt=20");
-    EXPECT_EQ(Transfers().find(" 33 "), std::string::npos);
-    EXPECT_EQ(Of([] { DE_GenEn(0); }), "hdmi1 r 33 41\nhdmi1 w 33 01\n");
-}
-
-TEST_F(TxStartUp, Presets) {
-    EXPECT_EQ(Of(HDMITX_OutVideoNormal), "hdmi1 w 05 00\nhdmi1 w 08 37\nhdmi1 w 0c 88\nhdmi1 w 33 00\nhdmi1 w 48 00\n"
-                                         "hdmi1 w 4a 00\nhdmi1 w 82 20\nhdmi2 w 2f 01\nhdmi2 w 14 11\nhdmi2 w 03 00\n"
-                                         "hdmi2 w 04 18\nhdmi2 w 05 00\nhdmi2 w 21 02\nhdmi2 w 22 02\nhdmi2 w 24 02\n"
-                                         "hdmi2 w 1d 48\n");
-    EXPECT_EQ(
-        Of(HDMITX_OutVideoBT656),
-        "hdmi1 w 05 00\nhdmi1 w 06 19\nhdmi1 w 07 64\nhdmi1 w 08 07\nhdmi1 w 09 87\nhdmi1 w 0c 88\nhdmi1 w 48 20\n"
-        "hdmi1 w 4a 07\nhdmi1 w 82 20\nhdmi1 w 32 77\nhdmi1 w 33 70\nhdmi1 w 34 12\nhdmi1 w 35 00\nhdmi1 w 36 d0\n"
-        "hdmi1 w 37 02\nhdmi1 w 38 f0\nhdmi1 w 39 00\nhdmi1 w 3a b4\nhdmi1 w 3b 06\nhdmi1 w 3c 06\nhdmi1 w 3d 01\n"
-        "hdmi1 w 3e 04\nhdmi1 w 3f 07\nhdmi1 w 40 13\nhdmi1 w 41 00\nhdmi1 w 42 ad\nhdmi1 w 43 01\nhdmi1 w 44 3e\n"
-        "hdmi1 w 45 00\nhdmi1 w 46 04\nhdmi1 w 47 03\n");
 }
 
 } // namespace
