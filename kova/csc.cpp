@@ -178,13 +178,13 @@ std::uint8_t SetRgbOffset(const SrcVideoInfo* src, OutVideoInfo* out, std::uint8
 constexpr HueTable KOVA_CscCosHue = CosHue();
 constexpr HueTable KOVA_CscSinHue = SinHue();
 
-std::uint8_t KOVAAPI_SetCSCSrcVideo(SrcVideoInfo* src, const OutVideoInfo* out) {
+std::uint8_t KOVAAPI_SetCSCSrcVideo(const SrcVideoInfo* src, const OutVideoInfo* out) {
     return AsResult(Write(kInputSet, Words(InputSet(*src, *out)))
                     || KOVA_RegWrite(kInputControl, IsYCbCr(src->flags) ? kControlYCbCr : kControlRgb)
                     || LocalUpdate());
 }
 
-std::uint8_t KOVAAPI_SetCSCOutVideo(const SrcVideoInfo* src, OutVideoInfo* out) {
+std::uint8_t KOVAAPI_SetCSCOutVideo(const SrcVideoInfo* src, const OutVideoInfo* out) {
     return AsResult(Write(kOutputSet, WithPictureControls(OutputSet(*src, *out), *out))
                     || KOVA_RegWrite(kOutputControl, kControlYCbCr) || LocalUpdate());
 }

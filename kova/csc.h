@@ -32,11 +32,11 @@ extern const std::array<std::int16_t, 256> KOVA_CscSinHue;
 
 /// Chooses and writes the input conversion to YCbCr: the source's own set, or a built-in one by both records' flags.
 /// 0x40A to 0x418, 0x419.
-std::uint8_t KOVAAPI_SetCSCSrcVideo(SrcVideoInfo* src, const OutVideoInfo* out);
+std::uint8_t KOVAAPI_SetCSCSrcVideo(const SrcVideoInfo* src, const OutVideoInfo* out);
 
 /// Chooses the output conversion (the output's own set, or a built-in one by both records' flags), applies the picture
 /// controls and writes it. 0x472 to 0x480, 0x481.
-std::uint8_t KOVAAPI_SetCSCOutVideo(const SrcVideoInfo* src, OutVideoInfo* out);
+std::uint8_t KOVAAPI_SetCSCOutVideo(const SrcVideoInfo* src, const OutVideoInfo* out);
 
 /// Gives the source an input conversion of its own and writes it.
 /// @param coef  borrowed; null: the built-in choice

@@ -110,7 +110,6 @@ constexpr std::array<SyncTiming, VIDOUT_COUNT> defKOVAOutSync{{
     {20,10,  0, 2080,113,2033, 33,1, 1111,30,1110, 7,2,   0,   0,  0,  0,   0, 27,277,1}, // 1920x1080p60RB
 }};
 
-
 constexpr std::array<DacData, VIDOUT_COUNT> defKOVADACData{{
     DacRow({0x001F, 0x003F, 0x01AD, 0x0025, 0x00A3, 0xA001, 0x5004, 0xA007, 0x000A, 0x0016, 0x2106,
             0xA108, 0x910A, 0x510B, 0x610D, 0xA10E, 0x8110, 0x0111, 0x011D, 0xA000, 0xA000}), // 720x480i60
@@ -141,7 +140,6 @@ constexpr std::array<DacData, VIDOUT_COUNT> defKOVADACData{{
     kDacWide,     // 1680x1050p60RB
     kDacWide,     // 1920x1080p60RB
 }};
-
 
 constexpr std::array<TmdsDrive, VIDOUT_COUNT> defKOVAOutTMDS{{
     {4, 8}, // 720x480i60

@@ -122,7 +122,7 @@ constexpr bool IsInUse(const VideoWindow& win) { return win.w != 0 && win.h != 0
 
 /// A clock delay. Fine must be below 4, as coarse begins above its two bits.
 struct ClockDelay {
-    std::uint8_t coarse, fine;
+    std::uint8_t coarse{}, fine{};
 };
 
 /// The value that goes to the chip.
@@ -130,7 +130,15 @@ constexpr std::uint16_t DelayValue(const ClockDelay& delay) {
     return static_cast<std::uint16_t>(delay.coarse * 4 | delay.fine);
 }
 
-/// A colour conversion: the 3 by 3 matrix row by row, three input offsets, three output offsets.
+/// Frame memory configuration.
+struct MemoryConfig {
+    std::uint8_t select; ///< non-zero: 3, zero: 0 in register 0x012 bits 1..0
+    std::uint8_t flags;  ///< bit 2: 0x022 bits 5..4, bit 1: 0x022 bits 3..2, bit 0: 0x03C bits 13..12; set: 0, clear: 2
+    std::uint8_t mode;   ///< register 0x022 bits 1..0
+};
+
+/// A colour conversion: the 3 by 3 matrix row by row, three input offsets, three output offsets. Rows, columns and offsets
+/// stand for G/Y, B/Cb, R/Cr in this order; 512 is 1.0; the chip takes 12 bits of each word.
 using CscSet = std::array<std::int16_t, 15>;
 
 /// A scaler filter: 64 entries of two coefficients, 2048 standing for 1.0.

@@ -86,7 +86,7 @@ std::uint8_t KOVAAPI_SetSrcPortMode(SrcVideoInfo* src) {
     // clang-format on
 }
 
-std::uint8_t KOVAAPI_SetSrcVideoAUX(SrcVideoInfo* src) {
+std::uint8_t KOVAAPI_SetSrcVideoAUX(const SrcVideoInfo* src) {
     const PortRegs& port = PortOf(*src);
     // Port B has no composite sync, and its field ID always comes from the input.
     const bool compHsync = OnPortA(*src) && (src->auxFlags & SRCAUX_COMP_HSYNC) != 0;

@@ -16,7 +16,7 @@ std::uint8_t KOVAAPI_SetSrcPortMode(SrcVideoInfo* src);
 
 /// Writes the record's options: auxFlags, ycOffset (0x400 to 0x402), local register update, then the port clock delay
 /// if there is one (0x044 or 0x046).
-std::uint8_t KOVAAPI_SetSrcVideoAUX(SrcVideoInfo* src);
+std::uint8_t KOVAAPI_SetSrcVideoAUX(const SrcVideoInfo* src);
 
 /// Composite horizontal sync: 0x402 bit 6. For a source on port B nothing is done. Ends with a local register update.
 std::uint8_t KOVAAPI_SetSrcCompHsync(SrcVideoInfo* src, std::uint8_t on);

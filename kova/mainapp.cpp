@@ -74,14 +74,15 @@ void PrepareFilters() {
 }
 
 void DescribeVideo() {
-    stSrcVideoClock = {.coarse = 1, .fine = 0};
     stSrcVideoInfo = {};
+    stOutVideoInfo = {};
+
+    stSrcVideoClock = {.coarse = 1, .fine = 0};
     stSrcVideoInfo.frmt = VIDSRC_704x480i60;
     stSrcVideoInfo.mode = MUX656_10;
     stSrcVideoInfo.auxFlags = SRCAUX_HIGH_TOP_FIELD | SRCAUX_INPUT_FIELD;
     stSrcVideoInfo.pClockDelay = &stSrcVideoClock;
 
-    stOutVideoInfo = {};
     stOutVideoInfo.frmt = VIDOUT_1280x1024p60;
     std::printf("\n =========> stOutVideoInfo.frmt(%x)\n", unsigned{stOutVideoInfo.frmt});
     stOutVideoInfo.mode = RGB444_8;

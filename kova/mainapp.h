@@ -7,5 +7,5 @@
 /// RGB, and writes the transmitter's start-up registers. Waits for the chip's device ID first; when it does not come
 /// within 100,000 reads, a message says so and nothing else is done. Any other failing step is followed by the next
 /// one. Fills stSrcVideoInfo and stOutVideoInfo. May be run again at any time.
-/// @return the last transmitter register read back: without a meaning
+/// @return the last transmitter register read back, 0 without a device ID: nothing to go by
 std::uint8_t CreateKOVAAPIVideoInstance();

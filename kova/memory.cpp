@@ -1,4 +1,5 @@
 #include "kova/field.h"
+#include "kova/state.h"
 #include "kova/windows.h"
 
 #include <algorithm>

@@ -181,7 +181,7 @@ std::uint8_t KOVAAPI_SetOutPortMode(OutVideoInfo* out) {
     // clang-format on
 }
 
-std::uint8_t KOVAAPI_SetOutVideoAUX(OutVideoInfo* out) {
+std::uint8_t KOVAAPI_SetOutVideoAUX(const OutVideoInfo* out) {
     // clang-format off
     return AsResult(Write(kDigCbCrSwap, Has(*out, OUTAUX_DIG_CBCR_SWAP))
                  || Write(kDacPbPrSwap, Has(*out, OUTAUX_DAC_PBPR_SWAP))

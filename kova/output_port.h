@@ -19,7 +19,7 @@ std::uint8_t KOVAAPI_SetOutPortMode(OutVideoInfo* out);
 
 /// Writes the record's options: auxFlags (0x4A2, 0x4A3, 0x4B4), local register update, then the clock delays that there
 /// are (0x024, 0x018, 0x026, 0x028).
-std::uint8_t KOVAAPI_SetOutVideoAUX(OutVideoInfo* out);
+std::uint8_t KOVAAPI_SetOutVideoAUX(const OutVideoInfo* out);
 
 // ---- Sync, DAC and clocks ----
 

@@ -1,6 +1,7 @@
 #include "kova/output_port.h"
 #include "kova/scaler_tables.h"
 #include "kova/shared_regs.h"
+#include "kova/state.h"
 #include "kova/windows.h"
 
 using namespace kova;

@@ -67,12 +67,5 @@ extern DeintState stKOVADeint;
 extern std::uint8_t KOVAMFCCoef;   ///< loaded scaler set: 0 none yet, 1 normal, 2 for shrinking to less than half
 extern std::uint16_t KOVAPLLClock; ///< video clock PLL source as last set
 
-/// Frame memory configuration.
-struct MemoryConfig {
-    std::uint8_t select; ///< non-zero: 3, zero: 0 in register 0x012 bits 1..0
-    std::uint8_t flags;  ///< bit 2: 0x022 bits 5..4, bit 1: 0x022 bits 3..2, bit 0: 0x03C bits 13..12; set: 0, clear: 2
-    std::uint8_t mode;   ///< register 0x022 bits 1..0
-};
-
 extern MemoryConfig stKOVAMemory;
 extern ClockDelay stSrcVideoClock; ///< input clock delay of the source that the start-up sequence sets up

@@ -3,6 +3,7 @@
 #include "kova/field.h"
 #include "kova/ports.h"
 #include "kova/shared_regs.h"
+#include "kova/state.h"
 
 #include <algorithm>
 #include <array>
@@ -57,7 +58,7 @@ std::uint8_t KOVAAPI_SetWindowSrcCLIP(SrcVideoInfo* src, const VideoWindow* win)
     return KOVAAPI_SetWindowSrcVideo(src);
 }
 
-std::uint8_t KOVAAPI_SetHDecimateVideo(SrcVideoInfo* src) {
+std::uint8_t KOVAAPI_SetHDecimateVideo(const SrcVideoInfo* src) {
     const bool interlaced = (src->flags & VIDFLAG_PROGRESSIVE) == 0;
     const bool decimating = stKOVASrcWIN.w > (interlaced ? kWidestInterlaced : kWidestProgressive);
     SetBits(stKOVADeint.state, DEINT_DECIMATING, decimating);
@@ -67,7 +68,7 @@ std::uint8_t KOVAAPI_SetHDecimateVideo(SrcVideoInfo* src) {
     return KOVA_NO_ERROR;
 }
 
-std::uint8_t KOVAAPI_SetWindowOutVideo(OutVideoInfo* out) {
+std::uint8_t KOVAAPI_SetWindowOutVideo(const OutVideoInfo* out) {
     stKOVADstWIN = stKOVASrcWIN;
     stKOVAViewWIN = IsInUse(out->stView) ? out->stView : out->stActive;
     stKOVADstWIN.w = std::min(stKOVADstWIN.w, stKOVAViewWIN.w);

@@ -6,7 +6,6 @@
 // the update follow, so that scaler, filters and deinterlacer fit the new sizes.
 
 #include "kova/formats.h"
-#include "kova/state.h"
 
 #include <cstdint>
 
@@ -23,12 +22,12 @@ std::uint8_t KOVAAPI_SetWindowSrcCLIP(SrcVideoInfo* src, const VideoWindow* win)
 
 /// Decides whether the picture is narrowed to 1024 pixels before the frame memory: an interlaced one wider than 1024,
 /// any one wider than 1280. Touches no register.
-std::uint8_t KOVAAPI_SetHDecimateVideo(SrcVideoInfo* src);
+std::uint8_t KOVAAPI_SetHDecimateVideo(const SrcVideoInfo* src);
 
 /// Sets the decimator's destination (the source window, at most as wide as the view), the zoom window (by default the
 /// destination) and the view window (by default the whole output picture): 0x432 to 0x439, 0x43C, 0x43D; local register
 /// update.
-std::uint8_t KOVAAPI_SetWindowOutVideo(OutVideoInfo* out);
+std::uint8_t KOVAAPI_SetWindowOutVideo(const OutVideoInfo* out);
 
 /// Sets the part of the picture that is scaled, in pixels and lines, and all windows of the output. All zero: the
 /// whole.
