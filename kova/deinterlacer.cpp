@@ -116,6 +116,7 @@ constexpr Field kHD3DAdp                  {0x53E, 14,  1};
 /// Film modes as the chip counts them.
 constexpr std::array<std::uint16_t, 4> kFilmCodes{0, 5, 6, 4};
 
+// Noise reduction overrides while it is off, every other state while it is on.
 bool IsOverridden(std::uint8_t condition) { return ((stKOVADeint.state ^ kNROff) & condition) != 0; }
 
 /// The value to write: the override where it is in force, else the caller's, which is kept.
@@ -175,7 +176,7 @@ std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src) {
     }
     SetBits(stKOVADeint.state, DEINT_V2TAB_FORCED, interlaced && ShrinksBelowHalf());
 
-    // Captions stand in the lowest quarter of the picture.
+    // The caption position is three quarters down the picture.
     const unsigned captionLine = src->stActive.h * 3U >> 2U;
     return AsResult(Reapply(kV2TAB) || KOVAAPI_SetDeintCaptionVposiThres(static_cast<std::uint16_t>(captionLine)));
 }

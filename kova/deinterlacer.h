@@ -61,7 +61,8 @@ std::uint8_t KOVAAPI_EnableDeintSlowMotionNRUse(std::uint8_t on);  ///< 0x524 bi
 std::uint8_t KOVAAPI_EnableDeintStillMotionNRUse(std::uint8_t on); ///< 0x524 bit 13
 
 // ---- Plain settings ----
-// One field each, with the range of the value. The video path update sets the caption position and the last one again.
+// One field each, with the range of the value. The video path update sets KOVAAPI_SetDeintCaptionVposiThres and
+// KOVAAPI_EnableDeintHD3DAdp again.
 
 // clang-format off
 // Current motion

@@ -9,7 +9,7 @@
 inline constexpr FilterSet8 KOVA_FNRYFilter{0x0400, 0, 0, 0, 0, 0, 0, 0};
 inline constexpr FilterSet4 KOVA_FNRCFilter{0x0400, 0, 0, 0};
 
-/// The same while the picture is decimated, for a view narrower than 1024 pixels and for a wider one.
+/// Front noise reduction while the picture is decimated: for a view narrower than 1024 pixels, and for a wider one.
 inline constexpr std::array<FilterSet8, 2> KOVA_FNRYHDFilt{{
     {0x0170, 0x011F, 0x006D, 0x0FDA, 0x0FB7, 0x0FEA, 0x0020, 0x0022},
     {0x023C, 0x0152, 0x0FDD, 0x0F97, 0x0021, 0x0036, 0x0FE3, 0x0FE2},

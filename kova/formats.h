@@ -83,7 +83,7 @@ enum VideoFlag : std::uint16_t {
     VIDFLAG_PROGRESSIVE = 0x0008, ///< progressive scan; clear: interlaced
     VIDFLAG_VSYNC_HIGH = 0x0010,  ///< output: vertical sync active high
     VIDFLAG_HSYNC_HIGH = 0x0020,  ///< output: horizontal sync active high
-    VIDFLAG_TABLE_OUT = 0x0100,   ///< output: set in every row of the format table
+    VIDFLAG_TABLE_OUT = 0x0100,   ///< output: set in every row of the format table; makes 0x498 0x4D, not 0x4C
     VIDFLAG_HD = 0x4000,          ///< high-definition colorimetry
     VIDFLAG_PORT_A = 0x8000,      ///< source: on port A; clear: on port B
 };

@@ -4,6 +4,8 @@
 #include "kova/state.h"
 #include "kova/windows.h"
 
+#include <array>
+
 using namespace kova;
 
 namespace {
@@ -21,15 +23,13 @@ enum FilterSelect : std::uint8_t { kHorizontalLuma, kHorizontalChroma, kVertical
 /// Values of KOVAMFCCoef.
 enum CoefSet : std::uint8_t { kNormalSet = 1, kShrinkingSet = 2 };
 
-const MfcTable& HorizontalTable(const MfcTable* table) {
-    return table != nullptr ? *table : KOVA_MFCFilter_Spline_1_00;
-}
+const MfcTable& OrBuiltIn(const MfcTable* table) { return table != nullptr ? *table : KOVA_MFCFilter_Spline_1_00; }
 
 const MfcTable& VerticalTable(const MfcTable* table) {
     if (ShrinksBelowHalf()) {
         return KOVA_MFCFilter_Bilinear;
     }
-    return HorizontalTable(table);
+    return OrBuiltIn(table);
 }
 
 std::uint8_t Load(FilterSelect select, const MfcTable& table) {
@@ -48,12 +48,12 @@ std::uint8_t Load(FilterSelect select, const MfcTable& table) {
 
 std::uint8_t KOVAAPI_SetMFCHYFilterCoef(OutVideoInfo* out, const MfcTable* table) {
     out->pMfcHY = table;
-    return Load(kHorizontalLuma, HorizontalTable(table));
+    return Load(kHorizontalLuma, OrBuiltIn(table));
 }
 
 std::uint8_t KOVAAPI_SetMFCHCFilterCoef(OutVideoInfo* out, const MfcTable* table) {
     out->pMfcHC = table;
-    return Load(kHorizontalChroma, HorizontalTable(table));
+    return Load(kHorizontalChroma, OrBuiltIn(table));
 }
 
 std::uint8_t KOVAAPI_SetMFCVYFilterCoef(OutVideoInfo* out, const MfcTable* table) {

@@ -5,8 +5,8 @@
 
 namespace kova {
 
-inline constexpr Field kVideoPllHold{0x020, 0, 1};  ///< holds the video PLL while its values change
-inline constexpr Field kMemoryPllHold{0x020, 1, 1}; ///< the same for the memory PLL
+inline constexpr Field kVideoPllHold{0x020, 0, 1};  ///< holds the video PLL
+inline constexpr Field kMemoryPllHold{0x020, 1, 1}; ///< holds the memory PLL
 
 inline constexpr std::uint16_t kZoomWindow = 0x432;  ///< w, h, x, y
 inline constexpr std::uint16_t kDestination = 0x43C; ///< w, h: where the decimator puts the picture

@@ -30,7 +30,7 @@ enum DeintStateBit : std::uint8_t {
     DEINT_HD_DOUBLE = 0x10,    ///< high-definition double mode
 };
 
-/// Bits and lowest bits of DeintState::choices.
+/// Bits and fields of DeintState::choices.
 enum DeintChoice : std::uint16_t {
     DEINT_CHOICE_NR = 0x0001,
     DEINT_CHOICE_CCS = 0x0002,
@@ -41,7 +41,7 @@ enum DeintChoice : std::uint16_t {
     DEINT_CHOICE_CUR_MOTION_THRES = 0xFF00,
 };
 
-/// Bits of DeintState::nrUse.
+/// Bits and one field of DeintState::nrUse.
 enum DeintNRUse : std::uint8_t {
     DEINT_NR_STILL_MOTION = 0x01,
     DEINT_NR_SLOW_MOTION = 0x02,

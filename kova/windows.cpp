@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint16_t kViewWindow = 0x436;  // w, h, x, y
 constexpr std::uint16_t kScalerInput = 0x43A; // w, h
 
-// The frame memory takes whole words: a row of them is a multiple of so many pixels.
+// Sizes are rounded down to multiples of these.
 constexpr unsigned kWidthStep8Bit = 8;
 constexpr unsigned kWidthStep10Bit = 24;
 constexpr unsigned kHeightStep = 8;

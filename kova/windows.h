@@ -1,9 +1,9 @@
 #pragma once
 // The sizes that the scaler works with, its filters, and the frame memory between input and output.
 //
-// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer. They work on the windows that
-// the last video path update left, so they come after at least one update; whoever changes a window lets the rest of
-// the update follow, so that scaler, filters and deinterlacer fit the new sizes.
+// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer. A setter of a single window or
+// filter works on the windows that the last video path update left, so it comes after at least one update; whoever changes
+// a window lets the rest of the update follow, so that scaler, filters and deinterlacer fit the new sizes.
 
 #include "kova/formats.h"
 
@@ -56,8 +56,8 @@ std::uint8_t KOVAAPI_SetMFCVCFilterCoef(OutVideoInfo* out, const MfcTable* table
 
 // ---- Frame memory ----
 
-/// Sets the frame memory's precision, 0x455 bit 2, and local register update. Pictures wider than 768 pixels and the
-/// outputs that need the bandwidth run at 8 bits, which shows as VIDFLAG_8BIT in the source record until its port mode
+/// Sets the frame memory's precision, 0x455 bit 2, and local register update. Pictures wider than 768 pixels and some of
+/// the outputs run at 8 bits, which shows as VIDFLAG_8BIT in the source record until its port mode
 /// is set again.
 std::uint8_t KOVAAPI_SetMemPrecision(SrcVideoInfo* src, const OutVideoInfo* out);
 
