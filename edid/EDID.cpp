@@ -1,7 +1,6 @@
 // The way through a sink's EDID, and the accessors of what was found.
 
 #include "edid/EDIDParse.h"
-#include "hdmitx/hdmitx_i2c.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -12,16 +11,8 @@ std::uint8_t CEAOnFisrtPage = 0;
 
 namespace {
 
-constexpr std::uint8_t kSegment = 0xEE; // page 0
-
-// Result of a parse that lost its segment: the one of a channel whose registers cannot be read.
+// Result of a parse that ends in another segment than its own; a channel that cannot be read at all gives the same.
 constexpr std::uint8_t kSegmentLost = 3;
-
-// The request record keeps what the chip was told last.
-void SelectSegment(std::uint8_t segment) {
-    HDTX_RegWrite(HDTX_SLV0, kSegment, segment);
-    TmpD.segment = segment;
-}
 
 // A DVI sink: its preferred timing is all there is to know.
 std::uint8_t ParseWithoutExtension(EDIDParseResult* result) {
@@ -127,8 +118,8 @@ std::uint8_t ParseEDID(EDIDParseResult* result) {
     if (TmpD.segment == 0) {
         return transfer;
     }
-    // Somebody else's segment: a failed read of its register shows 0xFF, which the next request then selects. What was read
-    // there is not the base block, and no later parse would find that again.
+    // A failed read of the segment register shows 0xFF, and the next request then selects that segment. What was read there
+    // is not the base block, and no later parse would find that again.
     SelectSegment(0);
     return transfer != 0 ? transfer : kSegmentLost;
 }

@@ -106,7 +106,8 @@ std::uint8_t ParsingShortTimeDescriptorBlock(const std::uint8_t* bytes, std::uin
     std::fputs(" \n\r          ", stderr);
     EdidVFmts = {};
     std::uint8_t native = 0;
-    for (std::size_t i = 0; i < std::min<std::size_t>(count, EdidVFmts.size()); ++i) {
+    count = std::min(count, static_cast<std::uint8_t>(EdidVFmts.size()));
+    for (std::size_t i = 0; i < count; ++i) {
         const std::uint8_t vic = bytes[i] & 0x7F;
         std::fprintf(stderr, "  VIC %i", vic);
         EdidVFmts[i] = bytes[i];

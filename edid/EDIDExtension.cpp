@@ -21,7 +21,6 @@ constexpr unsigned kTimingsOffset = 2;
 constexpr unsigned kCapabilitiesOffset = 3;
 constexpr unsigned kCollectionOffset = 4;
 
-constexpr unsigned kDescriptorSize = 18;
 constexpr unsigned kLastDescriptor = 108; // a descriptor that begins above is the last one
 
 constexpr std::array<std::uint8_t, 3> kHdmiOui{0x03, 0x0C, 0x00}; // IEEE OUI 0x000C03, low byte first

@@ -25,6 +25,9 @@ extern std::uint8_t EdidVFmtsCount;
 
 // ---- Reading ----
 
+/// Size of a detailed timing or monitor descriptor (E-EDID).
+inline constexpr unsigned kDescriptorSize = 18;
+
 // Buffers start at zero: a transfer that times out may report success and leave its buffer as it was. Then two parses
 // say the same, and no byte of an earlier read is taken for a new one.
 

@@ -4,14 +4,12 @@
 #include "kova/formats.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace {
 
 constexpr unsigned kEstablishedOffset = 35;
 constexpr std::array<unsigned, 2> kStandardOffsets{38, 46}; // timings 1 to 4, 5 to 8
 constexpr unsigned kDescriptorOffset = 54;
-constexpr unsigned kDescriptorSize = 18;
 constexpr unsigned kDescriptors = 4;
 
 // From bit 7 of the first byte down; the rest of the third byte is the manufacturer's.

@@ -110,6 +110,11 @@ std::uint8_t BlockWrite_MDDC(MDDCRequest* request) {
     return Finish(Completes(*request));
 }
 
+void SelectSegment(std::uint8_t segment) {
+    HDTX_RegWrite(HDTX_SLV0, kSegment, segment);
+    TmpD.segment = segment;
+}
+
 std::uint8_t BlockReadEDID(std::uint8_t count, std::uint8_t offset, std::uint8_t* buffer) {
     const std::uint8_t segment = HDTX_RegRead(HDTX_SLV0, kSegment);
     TmpD = {.deviceAddress = kEdidDevice,
