@@ -58,8 +58,7 @@ inline Bytes Speakers(std::uint8_t bits) { return DataBlock(4, {bits, 0, 0}); }
 
 /// A CEA-861 extension, revision 3.
 inline Bytes Cea(std::uint8_t capabilities, const Bytes& dataBlocks, const Bytes& timings = {}) {
-    const auto end = static_cast<std::uint8_t>(4 + dataBlocks.size());
-    return Block(Join({{0x02, 0x03, end, capabilities}, dataBlocks, timings}));
+    return Block(Join({{2, 3, static_cast<std::uint8_t>(4 + dataBlocks.size()), capabilities}, dataBlocks, timings}));
 }
 
 /// A block of another kind.

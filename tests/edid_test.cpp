@@ -7,7 +7,6 @@
 #include <functional>
 #include <map>
 #include <random>
-#include <regex>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -31,8 +30,15 @@ void Hook(std::uint32_t number) {
     atTransfer(number);
 }
 
-/// Shows the source's line numbers as N.
-std::string HideLineNumbers(const std::string& text) { return std::regex_replace(text, std::regex("[0-9]+\\]"), "N]"); }
+/// Takes out the source's line numbers, which stand before a bracket.
+std::string HideLineNumbers(std::string text) {
+    for (std::size_t end = text.find(']'); end != std::string::npos; end = text.find(']', end + 1)) {
+        const std::size_t start = text.find_last_not_of("0123456789", end - 1) + 1;
+        text.erase(start, end - start);
+        end = start;
+    }
+    return text;
+}
 
 struct Parsed {
     EDIDParseResult record{0xFF, 0xFF, 0xFFFF};
@@ -69,13 +75,12 @@ using Edid = Board;
 
 // clang-format off
 TEST_F(Edid, ADviMonitorIsReportedByItsTimings) {
-    const Bytes noTiming{0, 0, 0, 0x10, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
-    // Interlaced, H 1281 + 370, V 719 + 30, syncs 111 + 300 and 37 + 50, 530 x 300 mm, borders 1 and 2. Its first bytes
-    // are read, and fed, twice.
+    // Behind a descriptor that is none: interlaced, H 1281 + 370, V 719 + 30, syncs 111 + 300 and 37 + 50, 530 x 300 mm,
+    // borders 1 and 2. Its first bytes are read, and fed, twice.
     const Bytes timing{1, 29, 1, 0x72, 0x51, 0xCF, 30, 0x20, 111, 0x2C, 0x52, 0x1B, 0x12, 0x2C, 0x21, 1, 2, 0xE0};
     const Base base{.established = {0xA1, 0x11, 0xFF},
                     .standard = {0x81, 0xC0, 1, 1, 0x01, 0x40, 0xFF, 0xBF, 1, 2, 1, 1, 1, 1, 1, 1},
-                    .descriptors = Join({noTiming, timing})};
+                    .descriptors = Join({{0, 0, 0, 0x10, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, timing})};
     const Parsed parsed = Parse(base.Build());
     ExpectGolden("edid-dvi.txt", parsed.outcome + reads + "\n" + parsed.report + "\n");
 }
@@ -231,7 +236,7 @@ TEST_F(Edid, ATimedOutReadGivesZeros) {
     EXPECT_EQ(Parse(sim::kBuiltInEdid, busyAt19).record.ErrCode, EDID_ERR_NO_EXTENSION);
     const Parsed parsed = Parse(sim::kBuiltInEdid, [](std::uint32_t /*number*/) { sim::SetDdcBusy(1000); });
     EXPECT_TRUE(parsed.outcome.starts_with("transfer 0"));
-    EXPECT_EQ(parsed.report, "DecodeHeader[N](0)(0)(0)(0)(0)(0)(0)(0)\n");
+    EXPECT_EQ(parsed.report, "DecodeHeader[](0)(0)(0)(0)(0)(0)(0)(0)\n");
 }
 
 TEST(EdidTimings, TheVideoProcessorsFormatsAreRecognised) {
@@ -245,7 +250,6 @@ TEST(EdidTimings, TheVideoProcessorsFormatsAreRecognised) {
                       std::abs(d) < 2 ? frmt : kNoNativeFormat);
         }
     }
-    EXPECT_EQ(SearchNativeFormat({0, 0, 0}), kNoNativeFormat);
 }
 
 TEST_F(Edid, TheCostliestMonitorTakesAllReadsOfTheBound) {

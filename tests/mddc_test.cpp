@@ -27,17 +27,16 @@ TEST_F(Mddc, AReadGoesThroughTheSegmentThatIsSelected) {
 
 TEST_F(Mddc, PollsAreBoundedAndErrorsAreAborted) {
     struct Case {
-        std::uint8_t count;
+        std::uint8_t count, error;
         std::uint32_t busy;
-        std::uint8_t error;
         bool requestsFail = false;
     };
     std::string text;
     // clang-format off
     for (const Case& c : {
-             Case{8, 0, 0},    Case{8, 18, 0},   Case{8, 19, 0},     // late by one read
-             Case{8, 1000, 0}, Case{1, 1000, 0}, Case{0, 1000, 0},   Case{246, 1000, 0}, // the budget has 8 bits
-             Case{8, 0, 0x48}, Case{8, 0, 0x28}, Case{8, 3, 0x08},   Case{8, 0, 0, true}}) {
+             Case{8, 0, 0},    Case{8, 0, 18},   Case{8, 0, 19},     // late by one read
+             Case{8, 0, 1000}, Case{1, 0, 1000}, Case{0, 0, 1000},   Case{246, 0, 1000}, // the budget has 8 bits
+             Case{8, 0x48, 0}, Case{8, 0x28, 0}, Case{8, 0x08, 3},   Case{8, 0, 0, true}}) {
         // clang-format on
         sim::Reset();
         sim::KeepJournal(true);
