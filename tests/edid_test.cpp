@@ -75,7 +75,7 @@ using Edid = Board;
 
 // clang-format off
 TEST_F(Edid, ADviMonitorIsReportedByItsTimings) {
-    // Behind a descriptor that is none: interlaced, H 1281 + 370, V 719 + 30, syncs 111 + 300 and 37 + 50, 530 x 300 mm,
+    // Behind one that is none: interlaced, H 1281 + 370, V 719 + 30, syncs 111 + 300 and 37 + 50, 530 x 300 mm,
     // borders 1 and 2. Its first bytes are read, and fed, twice.
     const Bytes timing{1, 29, 1, 0x72, 0x51, 0xCF, 30, 0x20, 111, 0x2C, 0x52, 0x1B, 0x12, 0x2C, 0x21, 1, 2, 0xE0};
     const Base base{.established = {0xA1, 0x11, 0xFF},
