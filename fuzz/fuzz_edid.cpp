@@ -9,8 +9,11 @@
 #include "hdmitx/hdmitx_i2c.h"
 #include "sim/sim.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <numeric>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -27,15 +30,9 @@ std::uint32_t transfers;
 
 void PutRight() {
     constexpr std::array<std::uint8_t, 8> kHeader{0, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0};
-    for (std::size_t i = 0; i < kHeader.size() && i < edid.size(); ++i) {
-        edid[i] = kHeader[i];
-    }
-    for (std::size_t block = 0; block + 128 <= edid.size(); block += 128) {
-        std::uint8_t sum = 0;
-        for (std::size_t i = 0; i < 127; ++i) {
-            sum = static_cast<std::uint8_t>(sum + edid[block + i]);
-        }
-        edid[block + 127] = static_cast<std::uint8_t>(-sum);
+    std::copy_n(kHeader.begin(), std::min(kHeader.size(), edid.size()), edid.begin());
+    for (auto block = edid.begin(); edid.end() - block >= 128; block += 128) {
+        block[127] = static_cast<std::uint8_t>(-std::accumulate(block, block + 127, 0));
     }
 }
 
@@ -62,10 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size < 4) {
         return 0;
     }
-    flags = data[0];
-    errorFrom = data[1];
-    errorBits = data[2];
-    stride = data[3];
+    std::tie(flags, errorFrom, errorBits, stride) = std::tie(data[0], data[1], data[2], data[3]);
     edid.assign(data + 4, data + size);
     if ((flags & kAsItIs) == 0) {
         PutRight();
