@@ -128,7 +128,7 @@ TEST_F(Edid, WhatKindOfMonitorItIs) {
         {"header, first byte", with(one, 0, 1)}, {"header, last byte", with(one, 7, 1)},
         {"sum of block 0", with(one, 60, 1)}, {"sum, then version", with(one, 19, 2)},
         {"version 1.2", Base{.version = {1, 2}}.Build()}, {"version 2.3", Base{.version = {2, 3}}.Build()},
-        {"version 1.4", Base{.version = {1, 4}}.Build()}, {"no timing at all", Base{.descriptors = {}}.Build()},
+        {"version 1.4", Base{.version = {1, 4}}.Build()}, {"version 0.3", Base{.version = {0, 3}}.Build()}, {"no timing at all", Base{.descriptors = {}}.Build()},
         {"sum of block 1", with(Join({one, hdmi}), 200, 1)}, {"block 1 missing", one},
         {"one, HDMI", Join({one, hdmi})}, {"one, HDMI, RGB only", Join({one, Cea(0x4F, Hdmi())})},
         {"no video formats", Join({one, Cea(0, Join({Video({}), Hdmi()}))})},
