@@ -5,6 +5,15 @@
 #include "kova/state.h"
 #include "tests/board.h"
 
+#include <sstream>
+#include <vector>
+
+using Words = std::vector<std::uint16_t>;
+
+inline std::ostream& operator<<(std::ostream& text, const VideoWindow& win) {
+    return text << std::dec << win.w << 'x' << win.h << '+' << win.x << '+' << win.y << std::hex;
+}
+
 class KovaDriver : public Board {
 protected:
     void SetUp() override {
@@ -13,49 +22,42 @@ protected:
         stKOVADeint = {};
         KOVAMFCCoef = 0;
         KOVAPLLClock = 0;
+        record << std::hex;
     }
 
-    /// Gives every register the same value, so that a field's bits show.
-    static void Fill(std::uint16_t value) { FillRange(0x010, 0x5FF, value); }
-
-    /// The writes since the last call in short: "500:6c10", local updates as "u".
-    static std::string Short() {
-        std::string words;
-        std::string::size_type at = 0;
-        for (const std::string journal = Writes(); at < journal.size(); at = journal.find('\n', at) + 1) {
-            const std::string addr = journal.substr(at + 8, 3);
-            words += words.empty() ? "" : " ";
-            words += addr == "4c4" ? "u" : addr + ":" + journal.substr(at + 12, 4);
+    /// Gives the registers from first to last the same value, so that a field's bits show.
+    static void Fill(std::uint16_t value, unsigned first = 0x010, unsigned last = 0x5FF) {
+        for (unsigned addr = first; addr <= last; ++addr) {
+            sim::KovaRegister(static_cast<std::uint16_t>(addr)) = value;
         }
-        return words;
     }
 
-    /// FNV-1a of a journal that is too long to be written down.
-    static std::uint32_t Checksum(const std::string& text) {
-        std::uint32_t sum = 0x811C9DC5;
-        for (const char c : text) {
-            sum = (sum ^ static_cast<std::uint8_t>(c)) * 0x01000193;
-        }
-        return sum;
-    }
-
-    /// The same, with one address for neighbouring registers: "500:6c10 bb10".
+    /// The writes since the last call in short, with one address for neighbouring registers and local updates as "u":
+    /// "500:6c10 bb10 u". Wrapped between blocks where that gets long.
     static std::string Packed() {
         std::string words;
         unsigned next = 0;
+        std::size_t line = 0;
         for (std::string journal = Writes(); !journal.empty(); journal.erase(0, journal.find('\n') + 1)) {
             const auto addr = static_cast<unsigned>(std::stoul(journal.substr(7, 4), nullptr, 16));
+            const bool update = addr == KOVA_LOCAL_UPDATE;
             const std::string place = addr == next ? "" : journal.substr(8, 3) + ':';
-            words += (words.empty() ? "" : " ") + (addr == KOVA_LOCAL_UPDATE ? "u" : place + journal.substr(12, 4));
+            const bool full = !update && !place.empty() && words.size() - line > 85;
+            line = full ? words.size() : line;
+            words += full ? "\n    " : words.empty() ? "" : " ";
+            words += update ? "u" : place + journal.substr(12, 4);
             next = addr + 1;
         }
         return words;
     }
 
-    /// Gives the registers from first to last a value.
-    static void FillRange(unsigned first, unsigned last, std::uint16_t value) {
-        for (unsigned addr = first; addr <= last; ++addr) {
-            sim::KovaRegister(static_cast<std::uint16_t>(addr)) = value;
-        }
+    /// Adds a call to the record: the names and values given, its result if that is an error, what it wrote.
+    template <typename... Name>
+    void Note(std::uint8_t result, const Name&... name) {
+        ((record << +name << ' '), ...);
+        record << (result != KOVA_NO_ERROR ? "error " + std::to_string(result) + ' ' : "") << Packed() << '\n';
     }
+
+    /// What happened in a test, number upon number in hexadecimal, to be compared with a recorded file.
+    std::ostringstream record;
 };
