@@ -7,6 +7,8 @@
 #include "hdmitx/registers.h"
 #include "kova/api.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdio>
 
 namespace {
@@ -108,9 +110,9 @@ std::uint8_t GetFs(std::uint16_t pixclk) {
 }
 
 std::uint8_t GetFsIndex(std::uint8_t rate) {
-    for (std::uint8_t i = 0; i < kRates.size(); ++i) {
+    for (std::size_t i = 0; i < kRates.size(); ++i) {
         if (kRates[i].rate == rate) {
-            return i;
+            return static_cast<std::uint8_t>(i);
         }
     }
     return kNoIndex;

@@ -13,14 +13,25 @@ namespace {
 
 using Edid = std::vector<std::uint8_t>;
 
-const Edid kHdmiMonitor(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end());
-const Edid kDviMonitor = [] {
-    Edid edid(kHdmiMonitor.begin(), kHdmiMonitor.begin() + 128);
-    --edid[126]; // no extension
-    ++edid[127]; // checksum
+const Edid& HdmiMonitor() {
+    static const Edid edid(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end());
     return edid;
-}();
-const Edid kNoMonitor(128, 0x55);
+}
+
+const Edid& DviMonitor() {
+    static const Edid edid = [] {
+        Edid base(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.begin() + 128);
+        --base[126]; // no extension
+        ++base[127]; // checksum
+        return base;
+    }();
+    return edid;
+}
+
+const Edid& NoMonitor() {
+    static const Edid edid(128, 0x55);
+    return edid;
+}
 
 /// The control loop, pass by pass in virtual time, and a log of what it says. The state machine's counters outlive a test,
 /// so every test starts at a multiple of the longest period, without a sink.
@@ -133,10 +144,10 @@ TEST_F(Loop, WithoutASink) {
 }
 
 TEST_F(Loop, MonitorsOfEachKind) {
-    for (const auto& [name, monitor, forced] : {std::tuple{"HDMI monitor", &kHdmiMonitor, false},
-                                                {"DVI monitor", &kDviMonitor, false},
-                                                {"no EDID header", &kNoMonitor, false},
-                                                {"DVI forced", &kHdmiMonitor, true}}) {
+    for (const auto& [name, monitor, forced] : {std::tuple{"HDMI monitor", &HdmiMonitor(), false},
+                                                {"DVI monitor", &DviMonitor(), false},
+                                                {"no EDID header", &NoMonitor(), false},
+                                                {"DVI forced", &HdmiMonitor(), true}}) {
         TearDown();
         SetUp();
         pass = 0;
@@ -153,35 +164,35 @@ TEST_F(Loop, MonitorsOfEachKind) {
 }
 
 TEST_F(Loop, TheReceiverLosesItsPowerAndGetsItBack) {
-    Attach(kHdmiMonitor, false);
+    Attach(HdmiMonitor(), false);
     RunTo(150);
-    Attach(kHdmiMonitor);
+    Attach(HdmiMonitor());
     RunTo(168); // needs no EDID
-    Attach(kHdmiMonitor, false);
+    Attach(HdmiMonitor(), false);
     RunTo(200); // the output is left as it was
     ExpectGolden("loop-receiver.txt", log);
 }
 
 TEST_F(Loop, UnplugAndReplug) {
-    Attach(kHdmiMonitor);
+    Attach(HdmiMonitor());
     RunTo(140);
     Detach(); // the poll sees it: four ticks to come back
     RunTo(168);
-    Attach(kDviMonitor);
+    Attach(DviMonitor());
     RunTo(330);
     sim::Unplug(); // the interrupt sees it: back at the next tick
-    sim::Plug(kHdmiMonitor);
+    sim::Plug(HdmiMonitor());
     RunTo(331);
     RunTo(423);
     sim::Unplug(); // in the pass of a tick the interrupt comes before the poll
-    sim::Plug(kHdmiMonitor);
+    sim::Plug(HdmiMonitor());
     RunTo(424);
     EXPECT_EQ(sim::KovaRegister(0x0E), 0x80); // enabled again
     ExpectGolden("loop-replug.txt", log);
 }
 
 TEST_F(Loop, AFailedFirstParseIsTriedAgainForEver) {
-    Attach(kHdmiMonitor);
+    Attach(HdmiMonitor());
     sim::SetDdcError(0x40);
     RunTo(104);
     SkipTo(104 + 3 * 992); // the time-out starts anew each time
@@ -191,7 +202,7 @@ TEST_F(Loop, AFailedFirstParseIsTriedAgainForEver) {
 }
 
 TEST_F(Loop, AFailedSecondParseEndsInDviByTheTimeOut) {
-    Attach(kHdmiMonitor);
+    Attach(HdmiMonitor());
     static std::uint32_t whole; // transfers of a parse
     sim::SetDdcHook([](std::uint32_t transfer) { whole = transfer; });
     EDIDParseResult result{};
@@ -210,7 +221,7 @@ TEST_F(Loop, AFailedSecondParseEndsInDviByTheTimeOut) {
 TEST_F(Loop, ParsesThatDisagreeStartOver) {
     static Edid monitor;
     static bool changes;
-    monitor = kDviMonitor;
+    monitor = DviMonitor();
     changes = true;
     // Every read of the EDID's first bytes changes two that the sum does not notice.
     sim::SetDdcHook([](std::uint32_t /*transfer*/) {
@@ -242,7 +253,7 @@ TEST_F(Loop, Audio) {
 }
 
 TEST_F(Loop, ABoardThatFailsEveryThirdRequestForAnHourRecovers) {
-    Attach(kHdmiMonitor);
+    Attach(HdmiMonitor());
     sim::FailEvery(3);
     RunTo(3600);
     sim::FailEvery(0);
@@ -260,7 +271,7 @@ TEST_F(Loop, ThePollMovesEveryState) {
         for (const char* const sink : {"none", "plugged", "powered"}) {
             for (const bool tmds : {false, true}) {
                 DefaultDVImode = 1;
-                Attach(kHdmiMonitor, sink == std::string("powered"));
+                Attach(HdmiMonitor(), sink == std::string("powered"));
                 if (sink == std::string("none")) {
                     Detach();
                 }
@@ -282,7 +293,7 @@ TEST_F(Loop, ThePollMovesEveryState) {
 // The receiver gets its power while the EDID is read, or not.
 TEST_F(Loop, AssigningTheOutputSwitchesItOnOrWaitsForPower) {
     static bool power;
-    for (const Edid* monitor : {&kHdmiMonitor, &kDviMonitor}) {
+    for (const Edid* monitor : {&HdmiMonitor(), &DviMonitor()}) {
         for (const bool comes : {false, true}) {
             power = comes;
             sim::SetDdcHook([](std::uint32_t transfer) { sim::SetReceiver(transfer > 1 && power); });
@@ -291,7 +302,7 @@ TEST_F(Loop, AssigningTheOutputSwitchesItOnOrWaitsForPower) {
                 Silently(1);
             }
             EXPECT_EQ(TmdsOn(), comes);
-            EXPECT_EQ(OutputState, (monitor == &kHdmiMonitor ? OUTPUT_HDMI : OUTPUT_DVI) + (comes ? 0 : 16));
+            EXPECT_EQ(OutputState, (monitor == &HdmiMonitor() ? OUTPUT_HDMI : OUTPUT_DVI) + (comes ? 0 : 16));
             sim::SetDdcHook(nullptr);
             Detach();
             Silently(32);
