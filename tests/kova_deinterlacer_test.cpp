@@ -47,25 +47,35 @@ TEST_F(KovaDeinterlacer, SettersOfOneThing) {
         // clang-format on
         Clear();
         Note(set(0xFFFF), "all ones:");
+        Clear();
+        Note(set(2), "2:"); // a switch is on for any non-zero value
     }
     ExpectGolden("kova-deinterlacer-fields.txt", record.str());
 }
 
 TEST_F(KovaDeinterlacer, SettersOfMoreThanOneThing) {
-    for (const std::uint16_t mode : Words{1, 2}) {
+    for (const std::uint16_t mode : Words{1, 2, 6}) {
         Note(KOVAAPI_SetDeintYMode(mode), "luma mode", mode);
     }
-    for (const std::uint16_t threshold : Words{41, 40}) {
+    for (const std::uint16_t threshold : Words{41, 40, 168}) {
         Note(KOVAAPI_SetDeintPDCurMotionThres(threshold), "threshold", threshold);
     }
-    for (const std::uint16_t motion : Words{2, 1, 0}) {
+    for (const std::uint16_t motion : Words{3, 2, 1, 0}) {
         Note(KOVAAPI_SetDeintFastMotion(motion), "fast motion", motion);
     }
-    for (const std::uint16_t mode : Words{0, 1, 2, 3, 4}) {
+    for (const std::uint16_t mode : Words{0, 1, 2, 3, 4, 5}) {
         Note(KOVAAPI_SetDeintFilmMode(mode), "film mode", mode);
     }
     Load();
     NoteKept(KOVAAPI_EnableDeintNR(0), "no NR");
+    stKOVADeint.nrUse = 0x95; // uses that differ
+    NoteKept(KOVAAPI_EnableDeintNR(1), "NR again");
+    for (const DeintStateBit state : {DEINT_HD_FORCED, DEINT_DECIMATING}) {
+        stKOVADeint.state = state;
+        NoteKept(KOVAAPI_EnableDeintNR(0), "no NR, overridden: the choice stays");
+    }
+    stKOVADeint = {};
+    NoteKept(KOVAAPI_SetDeintCMode(5), "chroma mode 5: too large for its place");
     ExpectGolden("kova-deinterlacer-groups.txt", record.str());
 }
 

@@ -171,6 +171,8 @@ TEST_F(KovaPath, TheDoubleRateVariantWrapsTheUpdate) {
     src.mode = MUX656_8_B;
     src.stClip = {640, 400, 8, 9};
     note(1);
+    src.stClip = {640, 0, 8, 9}; // not in use
+    note(1);
     ExpectGolden("kova-path-double-rate.txt", record.str());
 }
 

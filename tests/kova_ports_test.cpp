@@ -54,6 +54,8 @@ TEST_F(KovaInputPort, SingleSettersOnThePortOfTheRecord) {
         Note(KOVAAPI_SetSrcYCOffset(&src, 7), "port", port, "offset");
         Note(KOVAAPI_SetSrcPosition(&src, 5, 200), "port", port, "position");
         Note(KOVAAPI_SetSrcClockDelay(&src, &kDelay), "port", port, "clock delay");
+        SrcVideoInfo far = src;
+        Note(KOVAAPI_SetSrcPosition(&far, 0x3FF, 0), "port", port, "far position"); // x is not masked
         EXPECT_EQ(std::tuple(src.ycOffset, src.stClip, src.pClockDelay),
                   std::tuple(7, VideoWindow{0, 0, 5, 200}, &kDelay));
     }

@@ -40,15 +40,19 @@ TEST_F(KovaWindows, RoundingClipDecimationAndDestination) {
                           Case{kProgressive, 1920, 1080, {}, {1280, 720}, {1024, 1080}, true},
                           Case{kProgressive, 1280, 720, {}, {720, 480}, {720, 720}, false},
                           Case{0, 1920, 1080, {1025, 99}, {}, {1024, 99}, true},          // a clip is not rounded
-                          Case{0, 704, 480, {600, 0}, {0, 100}, {696, 480}, false}}) {    // not in use
+                          Case{0, 1024, 480, {}, {}, {1008, 480}, false},
+                          Case{0, 704, 480, {600, 0}, {0, 100}, {696, 480}, false},       // not in use
+                          Case{0, 704, 480, {0, 100}, {100, 0}, {696, 480}, false}}) {
         // clang-format on
         stKOVADeint.state = DEINT_NR_ON | (c.decimating ? 0 : DEINT_DECIMATING);
         src = {.stClip = c.clip, .flags = c.flags, .stActive = {c.w, c.h}};
         out.stView = c.view;
+        out.stZoom = c.decimating ? VideoWindow{100, 0} : VideoWindow{0, 100};
         KOVAAPI_SetWindowSrcVideo(&src);
         KOVAAPI_SetHDecimateVideo(&src);
         KOVAAPI_SetWindowOutVideo(&out);
         EXPECT_EQ(stKOVADstWIN, c.dst) << c.w;
+        EXPECT_EQ(stKOVAZoomWIN, c.dst) << c.w; // as long as the caller's has no width or no height
         EXPECT_EQ(stKOVADeint.state, DEINT_NR_ON | (c.decimating ? DEINT_DECIMATING : 0)) << c.w;
     }
     EXPECT_EQ(src.stActive, (VideoWindow{696, 480, 0, 0}));
@@ -67,15 +71,22 @@ TEST_F(KovaWindows, ScalerSetsAreLoadedWhenTheNeedChanges) {
 }
 
 TEST_F(KovaWindows, CallersScalerTables) {
-    MfcTable table{};
-    table[0] = {-1, 2};
-    table[63] = {3, -4};
+    std::array<MfcTable, 4> tables{};
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        tables[i][0] = {-1, static_cast<std::int16_t>(i + 1)};
+        tables[i][63] = {3, -4};
+    }
     for (const std::uint16_t lines : Words{2, 0}) { // shrinking: the caller's tables count horizontally only
         stKOVADstWIN.h = lines;
-        Note(KOVAAPI_SetMFCHCFilterCoef(&out, &table), "horizontally of", lines);
-        Note(KOVAAPI_SetMFCVCFilterCoef(&out, &table), "vertically of", lines);
+        Note(KOVAAPI_SetMFCHYFilterCoef(&out, tables.data()), "horizontally of", lines);
+        Note(KOVAAPI_SetMFCVYFilterCoef(&out, &tables[2]), "vertically of", lines);
     }
-    out.pMfcHY = out.pMfcVY = &table;
+    KOVAAPI_SetMFCHCFilterCoef(&out, &tables[1]);
+    KOVAAPI_SetMFCVCFilterCoef(&out, &tables[3]);
+    Journal();
+    EXPECT_EQ(std::tuple(out.pMfcHY, out.pMfcHC, out.pMfcVY, out.pMfcVC),
+              std::tuple(tables.data(), &tables[1], &tables[2], &tables[3]));
+    stKOVADstWIN.h = 0; // not shrinking: every table counts
     Note(KOVAAPI_SetMFCFilterCoef(&out), "all four by way of the record");
     ExpectGolden("kova-scaler-tables.txt", record.str());
 }
@@ -88,7 +99,7 @@ TEST_F(KovaWindows, MemoryPrecisionAndConfiguration) {
             Note(KOVAAPI_SetMemPrecision(&src, &out), width, "wide, format", out.frmt, "flags", src.flags);
         }
     }
-    for (const MemoryConfig& mem : {MemoryConfig{0, 1, 0}, MemoryConfig{9, 2, 1}, MemoryConfig{1, 4, 7}}) {
+    for (const MemoryConfig& mem : {MemoryConfig{0, 1, 0}, MemoryConfig{2, 2, 1}, MemoryConfig{1, 4, 7}}) {
         Fill(0xFFFF, 0x012, 0x455);
         Note(KOVAAPI_SetMemory(&mem), "select", mem.select, "flags", mem.flags, "mode", mem.mode);
     }
