@@ -29,6 +29,7 @@ void SharpenPauses() {
 int main() {
     SetUpStreams();
     SharpenPauses();
+    QuitOnInterrupt();
     if (open_kova() < 0) {
         std::puts("kova_310 driver open fail ");
         std::puts("open error kova_310");

@@ -4,9 +4,11 @@
 #include "hdmitx/hdmitx.h"
 #include "kova/api.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <span>
+#include <unistd.h>
 
 std::array<char, 1024> input_command{};
 
@@ -213,6 +215,13 @@ void RunLineCommand(const char* word) {
     }
 }
 
+// The interrupt may come in the middle of anything, so nothing but system calls here; the kernel closes the device.
+extern "C" void QuitAtOnce(int /*signal*/) {
+    static constexpr std::array<char, 24> kMessage{"\nProgram Terminated.. \n"};
+    [[maybe_unused]] const ssize_t written = write(STDOUT_FILENO, kMessage.data(), kMessage.size() - 1);
+    _exit(0);
+}
+
 // ---- Input ----
 
 enum class Input : std::uint8_t { Line, TooLong, End };
@@ -273,6 +282,13 @@ void CommandProcess() {
     RegisterLine line = Tokenize(input_command.data());
     if (!RunRegisterCommand(line)) {
         RunLineCommand(input_command.data());
+    }
+}
+
+void QuitOnInterrupt() {
+    // Whoever started the program with interrupts ignored keeps them ignored.
+    if (std::signal(SIGINT, SIG_IGN) != SIG_IGN) {
+        std::signal(SIGINT, QuitAtOnce);
     }
 }
 

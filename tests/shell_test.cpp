@@ -1,7 +1,9 @@
 #include "app/shell.h"
 #include "tests/board.h"
 
+#include <csignal>
 #include <cstring>
+#include <unistd.h>
 
 namespace {
 
@@ -62,6 +64,25 @@ TEST_F(Shell, ALineActsByItsWordsAndTheirNumber) {
         EXPECT_EQ(Transfers(), c.transfers) << c.line;
         EXPECT_EQ(printed.out, c.echo) << c.line;
     }
+}
+
+TEST_F(Shell, AnInterruptLeavesAtOnce) {
+    EXPECT_EXIT(
+        {
+            dup2(STDERR_FILENO, STDOUT_FILENO); // which is what is looked at
+            std::printf("half a line");         // is not waited for
+            QuitOnInterrupt();
+            raise(SIGINT);
+        },
+        testing::ExitedWithCode(0), "^\nProgram Terminated.. \n$");
+    EXPECT_EXIT(
+        {
+            std::signal(SIGINT, SIG_IGN);
+            QuitOnInterrupt();
+            raise(SIGINT);
+            _exit(7);
+        },
+        testing::ExitedWithCode(7), "");
 }
 
 TEST_F(Shell, ADumpReadsEveryRegisterOnce) {
