@@ -38,10 +38,27 @@ bool Transfer(std::int32_t fd, KovaRequest request, kova_xfer& record) { return 
 
 std::int32_t Result(const kova_xfer& record) { return record.data[0] | (record.data[1] << 8); }
 
+// A standard stream that is closed at the start leaves its descriptor free. If the node got it, the console's text would
+// go to the chips' driver, or the driver's answers be taken for commands.
+void OccupyStandardStreams() {
+    int fd = 0;
+    do {
+        fd = open("/dev/null", O_RDWR);
+    } while (fd >= 0 && fd <= STDERR_FILENO);
+    if (fd >= 0) {
+        close(fd);
+    }
+}
+
 } // namespace
 
 std::int32_t open_kova() {
+    OccupyStandardStreams();
     s_fd = open(kDeviceNode, O_RDWR);
+    if (s_fd >= 0 && s_fd <= STDERR_FILENO) { // there is no /dev/null either
+        close(s_fd);
+        s_fd = -1;
+    }
     return s_fd;
 }
 

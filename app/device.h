@@ -2,6 +2,8 @@
 // The board's kernel driver: one character device that reaches the video processor and the transmitter's two register
 // pages. Only device.cpp opens, closes and calls ioctl on it.
 
+#include "kova/device.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -23,18 +25,8 @@ enum KovaRequest : std::uint8_t {
     KOVA_310_WRITE_HDTX_SLV1 = 5,
 };
 
-/// The device node.
-inline constexpr const char* kDeviceNode = "/dev/kova_310";
-
-/// Descriptor of the open device node, 0 before start-up; written once, before a second thread exists.
+/// Descriptor of the open device node, 0 before start-up; written by open_kova once, before a second thread exists.
 extern std::int32_t s_fd;
-
-/// Opens the device node read-write into s_fd.
-/// @return the descriptor, negative when the node cannot be opened.
-std::int32_t open_kova();
-
-/// Closes s_fd.
-void close_kova();
 
 /// Writes one video processor register after a pause of 100 µs.
 /// @param d0  bits 15..8   @param d1  bits 7..0

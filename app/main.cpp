@@ -2,6 +2,7 @@
 #include "app/shell.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <sys/prctl.h>
 
@@ -29,10 +30,12 @@ void SharpenPauses() {
 int main() {
     SetUpStreams();
     SharpenPauses();
-    QuitOnInterrupt();
     if (open_kova() < 0) {
+        const int reason = errno;
         std::puts("kova_310 driver open fail ");
         std::puts("open error kova_310");
+        errno = reason;
+        std::perror(kDeviceNode);
         return -1;
     }
     std::puts("kova_310 driver open success ");

@@ -4,11 +4,9 @@
 #include "hdmitx/hdmitx.h"
 #include "kova/api.h"
 
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <span>
-#include <unistd.h>
 
 std::array<char, 1024> input_command{};
 
@@ -138,7 +136,7 @@ void DumpKova() {
             std::printf("\t%04X", unsigned{value});
         }
     }
-    std::printf("\n Dump Finished! \n");
+    std::fputs("\n Dump Finished! \n", stdout);
 }
 
 void UpdateKova() {
@@ -146,8 +144,8 @@ void UpdateKova() {
     std::puts("\n KOVA Local Reg Update ( Write '1' at 0x4c4 ) ! \n");
 }
 
-// A register command acts only with exactly its number of tokens. Returns whether the line ends with it.
-bool RunRegisterCommand(RegisterLine& line) {
+// A register command acts only with exactly its number of tokens.
+void RunRegisterCommand(RegisterLine& line) {
     if (line.command == Command::Read && line.tokens == 3) {
         ReadRegister(line);
         EchoRegister(line);
@@ -155,16 +153,10 @@ bool RunRegisterCommand(RegisterLine& line) {
         WriteRegister(line);
         EchoRegister(line);
     } else if (line.command == Command::Dump && line.tokens == 2) {
-        if (line.target == Target::Kova) {
-            DumpKova();
-            return true;
-        }
-        EchoRegister(line);
+        line.target == Target::Kova ? DumpKova() : EchoRegister(line);
     } else if (line.command == Command::Update && line.tokens == 1) {
         UpdateKova();
-        return true;
     }
-    return false;
 }
 
 // ---- Line commands ----
@@ -213,13 +205,6 @@ void RunLineCommand(const char* word) {
             return;
         }
     }
-}
-
-// The interrupt may come in the middle of anything, so nothing but system calls here; the kernel closes the device.
-extern "C" void QuitAtOnce(int /*signal*/) {
-    static constexpr std::array<char, 24> kMessage{"\nProgram Terminated.. \n"};
-    [[maybe_unused]] const ssize_t written = write(STDOUT_FILENO, kMessage.data(), kMessage.size() - 1);
-    _exit(0);
 }
 
 // ---- Input ----
@@ -280,22 +265,14 @@ std::uint16_t hex2dec(const char* str) {
 
 void CommandProcess() {
     RegisterLine line = Tokenize(input_command.data());
-    if (!RunRegisterCommand(line)) {
-        RunLineCommand(input_command.data());
-    }
-}
-
-void QuitOnInterrupt() {
-    // Whoever started the program with interrupts ignored keeps them ignored.
-    if (std::signal(SIGINT, SIG_IGN) != SIG_IGN) {
-        std::signal(SIGINT, QuitAtOnce);
-    }
+    RunRegisterCommand(line);
+    RunLineCommand(input_command.data());
 }
 
 void RunShell() {
     while (!IsWord(input_command.data(), "q")) {
         usage_command();
-        std::printf("Please Input Command : ");
+        std::fputs("Please Input Command : ", stdout);
         std::fflush(stdout);
         switch (ReadLine(input_command)) {
         case Input::Line:

@@ -17,8 +17,5 @@ void CommandProcess();
 /// place and adds nothing.
 std::uint16_t hex2dec(const char* str);
 
-/// From now on Ctrl-C leaves at once, with the message of "q" and status 0, whatever the program is doing.
-void QuitOnInterrupt();
-
 /// Reads and executes lines until one whose first word is "q". End of input acts as the line "q".
 void RunShell();

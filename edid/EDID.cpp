@@ -11,8 +11,11 @@ std::uint8_t CEAOnFisrtPage = 0;
 
 namespace {
 
-// Result of a parse that ends in another segment than its own; a channel that cannot be read at all gives the same.
-constexpr std::uint8_t kSegmentLost = 3;
+// Result of a parse that ends in another segment than its own.
+constexpr std::uint8_t kSegmentLost = MDDC_ERROR_BIT6;
+
+// What the report calls this file, whatever the compiler does.
+constexpr const char* kFile = "EDID.cpp";
 
 // A DVI sink: its preferred timing is all there is to know.
 std::uint8_t ParseWithoutExtension(EDIDParseResult* result) {
@@ -132,7 +135,7 @@ std::uint8_t ReturnCECPhyAddr(std::uint16_t* address) {
 
 void LoadSupportHDMIVideoOut(std::uint8_t* destination, std::uint8_t* count) {
     *count = EdidVFmtsCount;
-    std::fprintf(stderr, "\n[%s(%s):%d] EdidVFmtsCount = %d \n", __FILE_NAME__, __func__, __LINE__, EdidVFmtsCount);
+    std::fprintf(stderr, "\n[%s(%s):%d] EdidVFmtsCount = %d \n", kFile, __func__, __LINE__, EdidVFmtsCount);
     std::copy_n(EdidVFmts.begin(), EdidVFmtsCount, destination);
 }
 

@@ -54,23 +54,20 @@ std::uint8_t ParsingVideoDATABlock(std::uint16_t* crc, std::uint8_t offset) {
         return result;
     }
     // Groups of 8, then what is left, even when nothing is: a group of none still clears the list.
-    unsigned left = length;
-    unsigned at = offset + 1U;
-    for (bool last = false; !last;) {
-        last = left <= kVideoGroup;
+    unsigned consumed = 0;
+    do {
         std::array<std::uint8_t, kVideoGroup> bytes{};
-        const std::span<std::uint8_t> group = std::span(bytes).first(last ? left : kVideoGroup);
-        if (const std::uint8_t result = ReadAndFeedEDID(at, group, crc); result != 0) {
+        const unsigned count = std::min(length - consumed, kVideoGroup);
+        const std::span<std::uint8_t> group = std::span(bytes).first(count);
+        if (const std::uint8_t result = ReadAndFeedEDID(offset + 1U + consumed, group, crc); result != 0) {
             return result;
         }
-        const std::uint8_t native =
-            ParsingShortTimeDescriptorBlock(group.data(), static_cast<std::uint8_t>(group.size()));
+        const std::uint8_t native = ParsingShortTimeDescriptorBlock(group.data(), static_cast<std::uint8_t>(count));
         if (native != 0) {
             gbNativeVICtemp = native;
         }
-        at += kVideoGroup;
-        left -= static_cast<unsigned>(group.size());
-    }
+        consumed += count;
+    } while (consumed < length);
     return 0;
 }
 
@@ -106,7 +103,6 @@ std::uint8_t ParsingShortTimeDescriptorBlock(const std::uint8_t* bytes, std::uin
     std::fputs(" \n\r          ", stderr);
     EdidVFmts = {};
     std::uint8_t native = 0;
-    count = std::min(count, static_cast<std::uint8_t>(EdidVFmts.size()));
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint8_t vic = bytes[i] & 0x7F;
         std::fprintf(stderr, "  VIC %i", vic);

@@ -155,7 +155,8 @@ std::uint8_t ParsingVideoDATABlock(std::uint16_t* crc, std::uint8_t offset);
 std::uint8_t ParsingAudioDATABlock(std::uint16_t* crc, std::uint8_t offset);
 std::uint8_t ParsingSpeakerDATABlock(std::uint16_t* crc, std::uint8_t offset);
 
-/// Reports a group of up to 8 short video descriptors and keeps it in EdidVFmts.
+/// Reports a group of up to 8 short video descriptors and keeps it in EdidVFmts, which has room for 30: whoever calls
+/// it cuts what the monitor sent into such groups.
 /// @return the code of the last one marked native, 0 for none
 std::uint8_t ParsingShortTimeDescriptorBlock(const std::uint8_t* bytes, std::uint8_t count);
 

@@ -59,7 +59,7 @@ void Abort() {
 std::uint8_t Finish(bool completed) {
     std::uint8_t state = HDTX_RegRead(HDTX_SLV0, kStatus);
     ConvertMDDCStateIntoErrCode(state);
-    if (!completed || state != 0) {
+    if (!completed || state != MDDC_DONE) {
         Abort();
     }
     return state;
@@ -77,13 +77,13 @@ std::uint8_t BlockReadHDMITXP0(std::uint8_t reg, std::uint8_t count, std::uint8_
 
 void ConvertMDDCStateIntoErrCode(std::uint8_t& state) {
     if ((state & 0x40) != 0) {
-        state = 3;
+        state = MDDC_ERROR_BIT6;
     } else if ((state & 0x20) != 0) {
-        state = 4;
+        state = MDDC_ERROR_BIT5;
     } else if ((state & 0x08) != 0) {
-        state = 5;
+        state = MDDC_ERROR_BIT3;
     } else {
-        state = 0;
+        state = MDDC_DONE;
     }
 }
 

@@ -2,9 +2,17 @@
 // The transmitter's DDC master: short transfers between the monitor's DDC channel and a buffer. Registers 0x72:0xEC to
 // 0xF4. Every register access is a driver call, so transfers stay short: 8 bytes at most for the EDID.
 //
-// Transfer results: 0 done; 3, 4, 5 the error conditions of status bits 6, 5, 3; others from the register layer.
+// Transfer results: an MDDCResult, or what the register layer returned.
 
 #include <cstdint>
+
+/// How a transfer ended, by its last status. What tells the chip's error conditions apart is not known.
+enum MDDCResult : std::uint8_t {
+    MDDC_DONE = 0,
+    MDDC_ERROR_BIT6 = 3, ///< status bit 6; a channel that cannot be read at all shows it too
+    MDDC_ERROR_BIT5 = 4, ///< status bit 5
+    MDDC_ERROR_BIT3 = 5, ///< status bit 3
+};
 
 /// One transfer. The first seven fields go to registers 0xED to 0xF3 in this order, so the command starts it.
 struct MDDCRequest {
@@ -29,7 +37,7 @@ std::uint8_t BlockWriteHDMITXP0(std::uint8_t reg, std::uint8_t count, const std:
 /// @return the register layer's result
 std::uint8_t BlockReadHDMITXP0(std::uint8_t reg, std::uint8_t count, std::uint8_t* data);
 
-/// Replaces a status byte by its transfer result: 3, 4, 5 for bits 6, 5, 3 in this order of precedence, else 0.
+/// Replaces a status byte by its MDDCResult; of several error bits the highest counts.
 void ConvertMDDCStateIntoErrCode(std::uint8_t& state);
 
 /// Carries out a read. A transfer that ends in error or not in time is aborted.

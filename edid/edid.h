@@ -1,6 +1,8 @@
 #pragma once
 // The sink capability reader: reads the monitor's EDID over the transmitter's DDC master, reports what it finds on
-// standard error and leaves the results below. Only the control loop's thread may call it.
+// standard error and leaves the results below. For one thread alone, the one that runs the transmitter's handlers.
+
+#include "edid/MDDC.h" // DDC transfers, reading of raw EDID bytes
 
 #include <cstdint>
 
@@ -21,7 +23,7 @@ inline constexpr std::uint8_t EDID_OUTMODE_HDMI = 2;
 struct EDIDParseResult {
     std::uint8_t ErrCode; ///< 0 when the sink can be used as parsed, else an EDIDErrCode
     std::uint8_t OutMode; ///< EDID_OUTMODE_HDMI, or 0 for DVI
-    std::uint16_t CRC16;  ///< check value of the bytes read, see CRC16.h: equal for two parses of the same EDID
+    std::uint16_t CRC16;  ///< check value of the bytes read: equal for two parses of the same EDID
 };
 
 // ---- Results ----
@@ -39,7 +41,7 @@ extern std::uint8_t gbNativeVICtemp; ///< CEA-861 code of the last video format 
 /// Reads and parses the sink's EDID: base block, then its CEA-861 extension. Expects segment 0 to be selected, and leaves it
 /// selected (0x72:0xEE). A parse that ends in another one, selected before or by a failed read of its register, fails.
 /// @param result  filled in as far as the parse came; valid when 0 is returned
-/// @return 0, or the result of the transfer that failed, see BlockReadEDID
+/// @return 0, or the result of the transfer that failed, see MDDC.h
 std::uint8_t ParseEDID(EDIDParseResult* result);
 
 /// Hands out the CEC physical address.

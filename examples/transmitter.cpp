@@ -2,13 +2,13 @@
 // then runs the transmitter's interrupt and timer handlers once a second.
 //
 // usage: transmitter [PASSES]     without a number: until it is stopped
-
-#include "app/device.h"
-#include "hdmitx/hdmitx.h"
-#include "kova/api.h"
+//
+// To build it, see CMakeLists.txt beside it, or: c++ -std=c++20 transmitter.cpp $(pkg-config --cflags --libs kova)
 
 #include <cstdio>
 #include <cstdlib>
+#include <hdmitx/hdmitx.h>
+#include <kova/api.h>
 #include <unistd.h>
 
 int main(int argc, char** argv) {
@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
         char* end = nullptr;
         passes = std::strtol(argv[1], &end, 10);
         if (argc > 2 || *end != '\0' || passes < 1) {
-            std::fprintf(stderr, "usage: transmitter [PASSES]\n");
+            std::fputs("usage: transmitter [PASSES]\n", stderr);
             return 2;
         }
     }
@@ -35,7 +35,7 @@ int main(int argc, char** argv) {
     // Sets the configuration to its defaults. For another one: InitHDMITXVariable, your own values, InitHDMITX,
     // InitInterruptMasks.
     if (InitializeHDMITX() == 0) {
-        std::fprintf(stderr, "\n");
+        std::fputs("\n", stderr);
         close_kova();
         return 1;
     }

@@ -90,7 +90,7 @@ std::uint8_t WaitForStableCTS() {
             return 1;
         }
     }
-    std::fprintf(stderr, " \n\rHDMI TX : CTS Time out expired!");
+    std::fputs(" \n\rHDMI TX : CTS Time out expired!", stderr);
     return 0;
 }
 
@@ -151,10 +151,10 @@ void ClearBiphaseSampleDroppedInterrupts() { HDTX_RegWrite(HDTX_SLV0, kInterrupt
 void SetN() {
     ClearBiphaseSampleDroppedInterrupts();
     if (WaitForStableCTS() == 0) {
-        std::fprintf(stderr, " \n\rHDMI TX: WaitForStableCTS() --> UnStable");
+        std::fputs(" \n\rHDMI TX: WaitForStableCTS() --> UnStable", stderr);
         return;
     }
-    std::fprintf(stderr, " \n\rHDMI TX: WaitForStableCTS() --> Stable");
+    std::fputs(" \n\rHDMI TX: WaitForStableCTS() --> Stable", stderr);
     const std::uint16_t pixclk = GetPixelClock(KovaFrmt2VMIndex(stOutVideoInfo.frmt));
     const std::uint8_t rate = GetFs(pixclk);
     std::fprintf(stderr, " \n\rHDMI TX : Get Audio Sample Rate = %dkHz", int{rate});

@@ -108,14 +108,14 @@ std::uint8_t SendBitsOf(std::uint8_t code) {
 } // namespace
 
 void SendAVIInfoFrame() {
-    std::fprintf(stderr, " \n\rHDMI TX : SendAVIInfoFrame()");
+    std::fputs(" \n\rHDMI TX : SendAVIInfoFrame()", stderr);
     if (RequireConfigInfoFrame == 0) {
         return;
     }
     RequireConfigInfoFrame = 0;
 
     const std::uint8_t row = KovaFrmt2VMIndex(stOutVideoInfo.frmt);
-    const VModeRow& timing = VModeTables[row];
+    const VModeRow& timing = VModeRowAt(row);
     auto& frame = DefaultAVIInfoFrame;
     frame[0] = ColourAndScan(frame[0], OutVideoMode, row);
     frame[1] = AspectAndColorimetry(timing, OutVideoMode);
@@ -126,20 +126,20 @@ void SendAVIInfoFrame() {
 }
 
 void SendAUDInfoFrame() {
-    std::fprintf(stderr, " \n\rHDMI TX : SendAUDInfoFrame()");
+    std::fputs(" \n\rHDMI TX : SendAUDInfoFrame()", stderr);
     LoadPacket(kAudioPacket, kAudioHeader, DefaultAUDInfoFrame);
 }
 
 std::uint8_t EnableInfoFrame(std::uint8_t code) {
     const unsigned control1 = HDTX_RegRead(HDTX_SLV1, kInfCtrl1);
     const unsigned control2 = HDTX_RegRead(HDTX_SLV1, kInfCtrl2);
-    std::fprintf(stderr, " \n\rHDMI TX : EnableInfoFrame(");
+    std::fputs(" \n\rHDMI TX : EnableInfoFrame(", stderr);
     switch (code) {
     case kAvi:
-        std::fprintf(stderr, " AVI InfoFram)");
+        std::fputs(" AVI InfoFram)", stderr);
         break;
     case kAudio:
-        std::fprintf(stderr, " AUD InfoFram)");
+        std::fputs(" AUD InfoFram)", stderr);
         break;
     case kSpd:
     case kMpeg:
@@ -167,7 +167,7 @@ void Control_INF_CTRL1(std::uint8_t code) {
 }
 
 void DisableInfoFrame() {
-    std::fprintf(stderr, " \n\rHDMI TX : DisableInfoFrame() ");
+    std::fputs(" \n\rHDMI TX : DisableInfoFrame() ", stderr);
     SetBits(HDTX_SLV1, kInfCtrl1, kSendAvi | kSendAudio, false);
 }
 

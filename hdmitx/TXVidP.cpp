@@ -74,7 +74,7 @@ void Report(std::uint8_t value) {
     for (const ReportLine& line : kReport) {
         std::fprintf(stderr, " \n\r          %s", (value & line.bit) != 0 ? line.set : line.clear);
         if (line.bit == kColourConversion && OutputState == OUTPUT_DVI) {
-            std::fprintf(stderr, " (DVI Output)");
+            std::fputs(" (DVI Output)", stderr);
         }
     }
 }
@@ -82,7 +82,7 @@ void Report(std::uint8_t value) {
 } // namespace
 
 void ConfigTXVideoMode() {
-    std::fprintf(stderr, " \n\rHDMI TX : ConfigTXVideoMode():TX_VID_MODE_ADDR");
+    std::fputs(" \n\rHDMI TX : ConfigTXVideoMode():TX_VID_MODE_ADDR", stderr);
     const std::uint8_t value = VideoModeBits(HDTX_RegRead(HDTX_SLV0, kVideoMode));
     HDTX_RegWrite(HDTX_SLV0, kVideoMode, value);
     Report(value);

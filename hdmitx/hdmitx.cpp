@@ -50,7 +50,7 @@ constexpr std::array<I2sInput, 4> kI2sInputs{{{0x10, 0xE4}, {0x20, 0xE5}, {0x40,
 
 std::uint8_t InitializeHDMITX() {
     if (HDTX_RegRead(HDTX_SLV0, kIdentification) != kSupportedCore) {
-        std::fprintf(stderr, " \n\rNo responce from TX' module... ");
+        std::fputs(" \n\rNo responce from TX' module... ", stderr);
         return 0;
     }
     InitHDMITXVariable();

@@ -132,8 +132,9 @@ void SendCP_Packet(std::uint8_t mute);
 /// channel status code (0x21), and switches the audio input on. Without a stable CTS everything stays as it is.
 void SetN();
 
-/// @return 1 when five rounds in a row show a CTS above 5000 that two reads agree on within 2 (a round without such a CTS
-///         does not count); 0, with a message, when ten rounds, 60 register reads, do not.
+/// @return 1 when two reads of a CTS above 5000 agree within 2 in five rounds, without one in between that they disagree
+///         in (a round without such a CTS does not break the row); 0, with a message, when ten rounds, 60 register
+///         reads, do not show that.
 std::uint8_t WaitForStableCTS();
 
 /// @return the measured CTS, 24 bits: 0x09, 0x0A, 0x0B.

@@ -34,7 +34,7 @@ void HDMITxInterruptHandler() {
         return;
     }
     KOVAAPI_EnableIRQ(KOVA_IRQ_HDMITX, 0, 0, 0);
-    std::fprintf(stderr, " \n\rHDMI TX : IRQ Asserted");
+    std::fputs(" \n\rHDMI TX : IRQ Asserted", stderr);
     const unsigned asserted = HDTX_RegRead(HDTX_SLV0, kInterruptPending) & 1U;
     std::fprintf(stderr, " (HDMI IRQ Reg. =%u)", asserted);
     if (asserted != 0) {

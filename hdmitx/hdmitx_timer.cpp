@@ -105,9 +105,9 @@ const char* StateText(std::uint8_t state) {
 
 void printOutputStatus() {
     if (OutputState == OUTPUT_NO_SINK) {
-        std::fprintf(stderr, " \n\rHDMI Tx : Cbl unplug\n");
+        std::fputs(" \n\rHDMI Tx : Cbl unplug\n", stderr);
     } else {
-        std::fprintf(stderr, " \n\rHDMI Tx : Cbl In,");
+        std::fputs(" \n\rHDMI Tx : Cbl In,", stderr);
         std::fputs(StateText(OutputState), stderr);
     }
 }
@@ -155,7 +155,7 @@ void EDIDProcessing() {
         return; // the step runs again while the time-out counts
     }
     if (result.CRC16 != firstCrc) {
-        std::fprintf(stderr, " \n\rCRC16 error, try again!\n");
+        std::fputs(" \n\rCRC16 error, try again!\n", stderr);
         GiveUpSink();
         return;
     }
@@ -174,7 +174,7 @@ void CheckSink() {
         if (IsNeedToForceInDVIMode() != 0) {
             OutputState = OUTPUT_DVI;
         } else {
-            std::fprintf(stderr, " \n\rHDMITX : EDIDProcessing()\n");
+            std::fputs(" \n\rHDMITX : EDIDProcessing()\n", stderr);
             EDIDProcessing();
         }
     }
@@ -186,7 +186,7 @@ void AudioOnTimer() {
     if (IsSPDIFSelected() == 0) {
         return;
     }
-    std::fprintf(stderr, " \n\rHDMITX : IsSPDIFSelected");
+    std::fputs(" \n\rHDMITX : IsSPDIFSelected", stderr);
     if (IsAudioDisabled() != 0) {
         SetN();
     }

@@ -20,12 +20,18 @@ constexpr std::uint16_t kWidest10Bit = 768;
 /// film mode 3, chroma mode 1, current motion threshold 16; noise reduction for every use, current motion select 2.
 constexpr DeintState kDefaults{.state = DEINT_NR_ON, .v2tab = 0, .choices = 0x107F, .nrUse = 0xBF};
 
+/// When the driver overrides a caller's choice: while any of these state bits is set, or while they are clear.
+struct Override {
+    std::uint8_t bits;
+    bool whileSet;
+};
+
 /// A setting whose caller's choice is kept while the driver overrides it.
 template <typename Word>
 struct Guarded {
     Word DeintState::*keptIn;
-    Word bits;              // of the choice there
-    std::uint8_t condition; // state bits, any of which overrides
+    Word bits; // of the choice there
+    Override override;
     std::uint16_t forced;
     Field field;
 };
@@ -36,10 +42,10 @@ constexpr auto kChoices = &DeintState::choices;
 constexpr auto kV2TABChoice = &DeintState::v2tab;
 constexpr auto kNRUses = &DeintState::nrUse;
 
-constexpr std::uint8_t kHd = DEINT_HD_FORCED;
-constexpr std::uint8_t kHdOrDecimating = DEINT_HD_FORCED | DEINT_DECIMATING;
-constexpr std::uint8_t kV2TABForced = DEINT_V2TAB_FORCED;
-constexpr std::uint8_t kNROff = DEINT_NR_ON; // the one bit that overrides while it is clear
+constexpr Override kHd{.bits = DEINT_HD_FORCED, .whileSet = true};
+constexpr Override kHdOrDecimating{.bits = DEINT_HD_FORCED | DEINT_DECIMATING, .whileSet = true};
+constexpr Override kV2TABForced{.bits = DEINT_V2TAB_FORCED, .whileSet = true};
+constexpr Override kNROff{.bits = DEINT_NR_ON, .whileSet = false};
 
 // clang-format off
 //                                kept in       as                             overridden        by  field
@@ -116,13 +122,12 @@ constexpr Field kHD3DAdp                  {0x53E, 14,  1};
 /// Film modes as the chip counts them.
 constexpr std::array<std::uint16_t, 4> kFilmCodes{0, 5, 6, 4};
 
-// Noise reduction overrides while it is off, every other state while it is on.
-bool IsOverridden(std::uint8_t condition) { return ((stKOVADeint.state ^ kNROff) & condition) != 0; }
+bool IsInForce(const Override& override) { return ((stKOVADeint.state & override.bits) != 0) == override.whileSet; }
 
 /// The value to write: the override where it is in force, else the caller's, which is kept.
 template <typename Word>
 std::uint16_t Resolve(const Guarded<Word>& setting, std::uint16_t value) {
-    if (IsOverridden(setting.condition)) {
+    if (IsInForce(setting.override)) {
         return setting.forced;
     }
     Word& kept = stKOVADeint.*setting.keptIn;

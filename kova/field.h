@@ -15,9 +15,6 @@ struct Field {
     std::uint8_t width;
 };
 
-/// What a sequence returns that stops at its first failing step: steps joined by ||.
-constexpr std::uint8_t AsResult(bool failed) { return failed ? KOVA_I2C_ERROR : KOVA_NO_ERROR; }
-
 /// Writes a field by read, modify, write. Bits of value above the field are dropped.
 inline std::uint8_t Write(Field field, std::uint16_t value) {
     return KOVA_RegField(field.addr, field.pos, field.width, value);

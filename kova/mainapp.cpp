@@ -4,11 +4,11 @@
 #include "kova/deinterlacer.h"
 #include "kova/filters.h"
 #include "kova/input_port.h"
+#include "kova/memory.h"
 #include "kova/output_port.h"
 #include "kova/state.h"
 #include "kova/status.h"
 #include "kova/video_process.h"
-#include "kova/windows.h"
 
 #include <cstdio>
 #include <unistd.h>

@@ -1,6 +1,7 @@
+#include "kova/memory.h"
+
 #include "kova/field.h"
 #include "kova/state.h"
-#include "kova/windows.h"
 
 #include <algorithm>
 #include <array>

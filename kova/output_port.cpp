@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <span>
+#include <tuple>
 
 using namespace kova;
 
@@ -174,6 +175,7 @@ std::uint8_t KOVAAPI_SetOutPortMode(OutVideoInfo* out) {
                  || Write(kTmdsDriveHigh, out->tmds[0])
                  || Write(kTmdsDriveLow, out->tmds[1])
                  || KOVA_RegWrite(kInterlaced, !Has(*out, VIDFLAG_PROGRESSIVE))
+                 // Every row of today's format table has the flag.
                  || KOVA_RegWrite(kSyncControl, Has(*out, VIDFLAG_TABLE_OUT) ? 0x4D : 0x4C)
                  || Write(kHSyncHigh, Has(*out, VIDFLAG_HSYNC_HIGH))
                  || Write(kVSyncHigh, Has(*out, VIDFLAG_VSYNC_HIGH))

@@ -1,7 +1,6 @@
 #include "kova/regs.h"
 
 #include "app/device.h"
-#include "kova/field.h"
 
 using kova::AsResult;
 

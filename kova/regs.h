@@ -13,6 +13,13 @@ enum KovaResult : std::uint8_t {
     KOVA_INVALID_PARAM = 3,  ///< a bit field's position or width out of range
 };
 
+namespace kova {
+
+/// What a sequence returns that stops at its first failing step: steps joined by ||.
+constexpr std::uint8_t AsResult(bool failed) { return failed ? KOVA_I2C_ERROR : KOVA_NO_ERROR; }
+
+} // namespace kova
+
 /// Local register update: 1 written here makes the staged settings take effect.
 inline constexpr std::uint16_t KOVA_LOCAL_UPDATE = 0x4C4;
 

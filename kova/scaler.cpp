@@ -1,8 +1,9 @@
+#include "kova/scaler.h"
+
 #include "kova/output_port.h"
 #include "kova/scaler_tables.h"
 #include "kova/shared_regs.h"
 #include "kova/state.h"
-#include "kova/windows.h"
 
 #include <array>
 

@@ -1,15 +1,13 @@
 #pragma once
-// The sizes that the scaler works with, its filters, and the frame memory between input and output.
+// The sizes that the scaler works with.
 //
-// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer. A setter of a single window or
-// filter works on the windows that the last video path update left, so it comes after at least one update; whoever changes
-// a window lets the rest of the update follow, so that scaler, filters and deinterlacer fit the new sizes.
+// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer. A setter of a single window works
+// on the windows that the last video path update left, so it comes after at least one update; whoever changes a window lets
+// the rest of the update follow, so that scaler, filters and deinterlacer fit the new sizes.
 
 #include "kova/formats.h"
 
 #include <cstdint>
-
-// ---- Windows ----
 
 /// Sets the source window: the clip window when it is in use, else the active picture, whose size is rounded down in
 /// the record first (width to 8 pixels for 8-bit data, 24 for 10-bit; height to 8 lines). Writes the position from the
@@ -38,28 +36,3 @@ std::uint8_t KOVAAPI_SetWindowOutVIEW(OutVideoInfo* out, const VideoWindow* win)
 
 /// Reads the decimator's destination from the chip, 0x43C and 0x43D; x and y become 0.
 std::uint8_t KOVAAPI_GetWindowHDECI(VideoWindow* win);
-
-// ---- Scaler filters ----
-
-/// Loads all four filters of the record when the set that the vertical scaling needs is not the one loaded last; the
-/// video PLL is held meanwhile. A new table in the record alone loads nothing.
-std::uint8_t KOVAAPI_SetMFCFilterCoef(OutVideoInfo* out);
-
-// Each keeps the caller's table in the record (borrowed; null: the built-in one) and loads it at once: 0x590 to 0x594.
-// A picture that is shown at less than half its height gets the built-in bilinear table vertically, whatever the
-// caller's.
-
-std::uint8_t KOVAAPI_SetMFCHYFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< horizontal, luma
-std::uint8_t KOVAAPI_SetMFCHCFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< horizontal, chroma
-std::uint8_t KOVAAPI_SetMFCVYFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< vertical, luma
-std::uint8_t KOVAAPI_SetMFCVCFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< vertical, chroma
-
-// ---- Frame memory ----
-
-/// Sets the frame memory's precision, 0x455 bit 2, and local register update. Pictures wider than 768 pixels and some of
-/// the outputs run at 8 bits, which shows as VIDFLAG_8BIT in the source record until its port mode
-/// is set again.
-std::uint8_t KOVAAPI_SetMemPrecision(SrcVideoInfo* src, const OutVideoInfo* out);
-
-/// Sets the frame memory's configuration: fields of 0x012, 0x022, 0x03C, 0x454, 0x455; local register update.
-std::uint8_t KOVAAPI_SetMemory(const MemoryConfig* mem);
