@@ -2,10 +2,20 @@
 
 #include "sim/board.h"
 
+#include <sched.h>
+
 namespace sim {
 
-std::mutex boardMutex;
+Lock boardLock;
+
+void Lock::lock() {
+    while (taken.test_and_set(std::memory_order_acquire)) {
+        sched_yield();
+    }
+}
+
 bool isSetUp = false;
+bool meaninglessOnes = true;
 
 namespace {
 
@@ -14,6 +24,7 @@ constexpr std::uint16_t kInterruptStatus = 0x010;
 constexpr std::uint16_t kTxInterrupt = 1U << 7;
 
 std::array<std::uint16_t, 0x10000> kova;
+bool kovaDead = false;
 
 struct Faults {
     std::uint32_t first, count; // requests still to come before the run of failures; its length
@@ -38,6 +49,9 @@ bool Fails() {
 }
 
 std::uint16_t ReadKova(std::uint16_t addr) {
+    if (kovaDead) {
+        return 0xFFFF;
+    }
     const std::uint16_t value = ReadVideo(addr);
     if (addr == kInterruptStatus && TxInterruptPending()) {
         return value | kTxInterrupt;
@@ -46,7 +60,7 @@ std::uint16_t ReadKova(std::uint16_t addr) {
 }
 
 void WriteKova(std::uint16_t addr, std::uint16_t value) {
-    if (addr != kDeviceId) {
+    if (addr != kDeviceId && !kovaDead) {
         kova[addr] = value;
         NoteVideoWrite(addr, value);
     }
@@ -85,8 +99,10 @@ bool CarryOut(unsigned long request, kova_xfer& record) {
 
 void Reset() {
     isSetUp = true;
+    meaninglessOnes = true;
     kova.fill(0);
     kova[kDeviceId] = 0x83;
+    kovaDead = false;
     faults = {};
     ResetVideo();
     ResetTx();
@@ -106,6 +122,8 @@ void FailEvery(std::uint32_t n) {
     faults.every = n;
     faults.sinceFailure = 0;
 }
+
+void SetDead(bool dead) { kovaDead = dead; }
 
 bool Transfer(unsigned long request, kova_xfer& record) {
     RunScript();

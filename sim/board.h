@@ -4,16 +4,29 @@
 #include "app/device.h"
 #include "sim/sim.h"
 
-#include <mutex>
+#include <atomic>
 
 namespace sim {
 
+/// A lock that the thread sanitizer does not see, as it does not see the kernel's. A std::mutex would order the console's
+/// threads at every request, and hide the races between them.
+struct Lock {
+    void lock();
+    void unlock() { taken.clear(std::memory_order_release); }
+    std::atomic_flag taken{};
+};
+
 /// The kernel driver handles one request at a time, whichever thread it comes from. Every function below and in sim.h
-/// that a request reaches is called with this mutex held; libc.cpp takes it.
-extern std::mutex boardMutex;
+/// that a request reaches is called with this lock held; libc.cpp takes it.
+extern Lock boardLock;
 
 /// Whether somebody has set the board up, by Reset or from the environment.
 extern bool isSetUp;
+
+/// Bits without a meaning show ones in a test, so that a mask that is too wide fails, and zeros to a person, who looks for
+/// the others.
+extern bool meaninglessOnes;
+inline unsigned Meaningless(unsigned bits) { return meaninglessOnes ? bits : 0; }
 
 /// Carries out one request. @return false when it fails
 bool Transfer(unsigned long request, kova_xfer& record);
@@ -47,7 +60,7 @@ void ResetVideo();
 
 /// In virtual time, moves the clock on by a pause. @return false in real time
 bool PassVirtually(std::uint64_t microseconds);
-/// A pause in real time. Called without the mutex, so that the other thread goes on.
+/// A pause in real time. Called without the lock, so that the other thread goes on.
 void SleepReally(std::uint64_t microseconds);
 
 // ---- script.cpp ----

@@ -8,10 +8,14 @@ namespace sim {
 
 namespace {
 
-bool virtualTime = false;
-std::uint64_t virtualNow;
+constexpr std::uint64_t kForEver = UINT64_MAX;
+
+std::uint64_t virtualUntil = 0; // from here on the time is real
+std::uint64_t virtualNow = 0;
 double speed = 1;
 std::uint64_t realStart;
+
+bool Virtual() { return virtualNow < virtualUntil; }
 
 std::uint64_t RealMicroseconds() {
     timespec now{};
@@ -21,29 +25,36 @@ std::uint64_t RealMicroseconds() {
 
 } // namespace
 
-void UseVirtualTime() {
-    virtualTime = true;
+void UseVirtualTime() { UseVirtualTimeUntil(kForEver); }
+
+void UseVirtualTimeUntil(std::uint64_t microseconds) {
     virtualNow = 0;
+    virtualUntil = microseconds;
+    speed = 1;
 }
 
 void UseRealTime(double newSpeed) {
-    virtualTime = false;
+    UseVirtualTimeUntil(0);
     speed = newSpeed;
     realStart = RealMicroseconds();
 }
 
 std::uint64_t Now() {
-    if (virtualTime) {
+    if (Virtual()) {
         return virtualNow;
     }
-    return static_cast<std::uint64_t>(static_cast<double>(RealMicroseconds() - realStart) * speed);
+    return virtualNow + static_cast<std::uint64_t>(static_cast<double>(RealMicroseconds() - realStart) * speed);
 }
 
 bool PassVirtually(std::uint64_t microseconds) {
-    if (virtualTime) {
-        virtualNow += microseconds;
+    if (!Virtual()) {
+        return false;
     }
-    return virtualTime;
+    virtualNow += microseconds;
+    if (!Virtual()) {
+        realStart = RealMicroseconds();
+    }
+    return true;
 }
 
 void SleepReally(std::uint64_t microseconds) {

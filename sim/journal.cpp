@@ -2,7 +2,9 @@
 
 #include "sim/board.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace sim {
 
@@ -10,6 +12,7 @@ namespace {
 
 bool keeping = false;
 auto& journal = *new std::string; // never destroyed: see script.cpp
+std::FILE* file = nullptr;        // never closed, for the same reason
 
 struct RequestText {
     const char* format; // of address and value
@@ -53,8 +56,22 @@ void NotePause(std::uint64_t microseconds) {
     Note(line.data());
 }
 
+bool WriteJournal(const char* path) {
+    if (std::strcmp(path, "-") == 0) {
+        file = stderr;
+        return true;
+    }
+    file = std::fopen(path, "w");
+    if (file == nullptr) {
+        std::fprintf(stderr, "kova-sim: cannot open the journal '%s': %s\n", path, std::strerror(errno));
+        return false;
+    }
+    std::setvbuf(file, nullptr, _IOLBF, BUFSIZ); // for whoever follows it
+    return true;
+}
+
 void NoteTransfer(unsigned long request, const kova_xfer& record, bool ok) {
-    if (!keeping) {
+    if (!keeping && file == nullptr) {
         return;
     }
     std::array<char, 40> line{};
@@ -65,7 +82,13 @@ void NoteTransfer(unsigned long request, const kova_xfer& record, bool ok) {
     } else {
         std::snprintf(line.data(), line.size(), "request %lu", request);
     }
-    Note((std::string(line.data()) + (ok ? "" : " failed")).c_str());
+    const char* const failed = ok ? "" : " failed";
+    Note((std::string(line.data()) + failed).c_str());
+    if (file != nullptr) {
+        const std::uint64_t now = Now();
+        std::fprintf(file, "%4llu.%06llu %s%s\n", static_cast<unsigned long long>(now / 1'000'000),
+                     static_cast<unsigned long long>(now % 1'000'000), line.data(), failed);
+    }
 }
 
 } // namespace sim

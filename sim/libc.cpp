@@ -8,6 +8,7 @@
 #include <cstdarg>
 #include <cstring>
 #include <fcntl.h>
+#include <mutex>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -17,7 +18,7 @@ constexpr int kNone = -1;
 std::atomic<int> deviceFd = kNone;
 
 std::int32_t OpenDevice() {
-    const std::scoped_lock lock(sim::boardMutex);
+    const std::scoped_lock lock(sim::boardLock);
     if (!sim::isSetUp && !sim::SetUpFromEnvironment()) {
         errno = ENODEV;
         return -1;
@@ -30,7 +31,7 @@ std::int32_t OpenDevice() {
 
 void Pause(std::uint64_t microseconds) {
     {
-        const std::scoped_lock lock(sim::boardMutex);
+        const std::scoped_lock lock(sim::boardLock);
         sim::NotePause(microseconds);
         if (sim::PassVirtually(microseconds)) {
             return;
@@ -56,7 +57,7 @@ int open(const char* path, int flags, ...) {
 
 int close(int fd) {
     if (fd == deviceFd && fd != kNone) {
-        const std::scoped_lock lock(sim::boardMutex);
+        const std::scoped_lock lock(sim::boardLock);
         deviceFd = kNone;
         sim::Note("close");
     }
@@ -69,7 +70,7 @@ int ioctl(int fd, unsigned long request, ...) noexcept {
     void* const argument = va_arg(more, void*);
     va_end(more);
     if (fd == deviceFd && fd != kNone) {
-        const std::scoped_lock lock(sim::boardMutex);
+        const std::scoped_lock lock(sim::boardLock);
         if (sim::Transfer(request, *static_cast<kova_xfer*>(argument))) {
             return 0;
         }

@@ -23,6 +23,7 @@ struct Event {
     std::uint32_t jitter = 0;
     std::span<const std::uint8_t> edid;
     const char* file = nullptr; // with another EDID, while the line is read
+    std::string text;
 };
 
 // Never destroyed: the control loop's thread may still be at work while the program ends.
@@ -60,6 +61,7 @@ bool LoadEdid(const char* path, std::span<const std::uint8_t>& edid) {
 struct Words {
     std::array<char*, 5> word{};
     std::size_t count = 0;
+    std::string tail; // of the line, from the third word on
 };
 
 bool ParseSeconds(const char* text, double& seconds) {
@@ -120,7 +122,23 @@ const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMo
         event.action = [](const Event& e) { FailRequests(1, e.number); };
         return words.count == 3 && ParseCount(argument, event.number) ? nullptr : kUsage;
     }
-    return "plug [FILE], unplug, receiver on|off, audio off|HERTZ [JITTER], fail COUNT, fail every N or fail none";
+    if (Is(name, "dead") || Is(name, "alive")) {
+        event.action = [](const Event& e) { SetDead(e.number != 0); };
+        event.number = Is(name, "dead") ? 1 : 0;
+        return words.count == 2 ? nullptr : "dead or alive";
+    }
+    if (Is(name, "ddc")) {
+        event.action = [](const Event& e) { FailDdcEvery(e.number); };
+        const bool good = Is(argument, "good") || ParseCount(argument, event.number);
+        return words.count == 3 && good ? nullptr : "ddc N or ddc good";
+    }
+    if (Is(name, "say")) {
+        event.action = [](const Event& e) { std::fprintf(stderr, "kova-sim: %s\n", e.text.c_str()); };
+        event.text = words.tail;
+        return words.count > 2 ? nullptr : "say TEXT";
+    }
+    return "plug [FILE], unplug, receiver on|off, audio off|HERTZ [JITTER], fail COUNT, fail every N, fail none, "
+           "ddc N, ddc good, dead, alive or say TEXT";
 }
 
 Words Split(char* line) {
@@ -130,6 +148,9 @@ Words Split(char* line) {
     for (char* word = strtok_r(line, " \t", &rest); word != nullptr && words.count < words.word.size();
          word = strtok_r(nullptr, " \t", &rest)) {
         words.word[words.count++] = word;
+        if (words.count == 2) {
+            words.tail = rest + std::strspn(rest, " \t");
+        }
     }
     return words;
 }
@@ -144,7 +165,7 @@ bool ParseLine(char* line, const char* path, unsigned number, std::span<const st
         std::fprintf(stderr, "kova-sim: %s:%u: expected: SECONDS EVENT [ARGUMENT]\n", path, number);
         return false;
     }
-    Event event{.when = static_cast<std::uint64_t>(seconds * 1e6), .action = nullptr, .edid = {}};
+    Event event{.when = static_cast<std::uint64_t>(seconds * 1e6), .action = nullptr, .edid = {}, .text = {}};
     if (!events.empty() && event.when < events.back().when) {
         std::fprintf(stderr, "kova-sim: %s:%u: earlier than the line before it\n", path, number);
         return false;
@@ -208,12 +229,13 @@ void RunScript() {
 
 bool SetUpFromEnvironment() {
     Reset();
+    meaninglessOnes = false;
     double speed = 1;
     if (const char* const text = Environment("KOVA_SIM_SPEED"); text != nullptr) {
         char* end = nullptr;
         speed = std::strtod(text, &end);
-        if (*end != '\0' || !(speed >= 0.001 && speed <= 1e6)) {
-            std::fprintf(stderr, "kova-sim: KOVA_SIM_SPEED='%s' is not a number from 0.001 to 1000000\n", text);
+        if (*end != '\0' || !((speed >= 0.001 && speed <= 1e6) || speed == 0)) {
+            std::fprintf(stderr, "kova-sim: KOVA_SIM_SPEED='%s' is not a number from 0.001 to 1000000, or 0\n", text);
             return false;
         }
     }
@@ -224,10 +246,24 @@ bool SetUpFromEnvironment() {
     if (const char* const path = Environment("KOVA_SIM_SCRIPT"); path != nullptr && !LoadScript(path, edid)) {
         return false;
     }
+    if (const char* const path = Environment("KOVA_SIM_JOURNAL"); path != nullptr && !WriteJournal(path)) {
+        return false;
+    }
     Plug(edid);
     SetAudio(48'000);
     ForgetInterrupts();
-    UseRealTime(speed);
+    if (speed > 0) {
+        UseRealTime(speed);
+        return true;
+    }
+    if (events.empty()) {
+        std::fputs(
+            "kova-sim: KOVA_SIM_SPEED=0 skips the waiting up to the script's last line: KOVA_SIM_SCRIPT must name "
+            "a script\n",
+            stderr);
+        return false;
+    }
+    UseVirtualTimeUntil(events.back().when);
     return true;
 }
 

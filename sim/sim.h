@@ -63,11 +63,15 @@ void PlayCts(std::span<const std::uint32_t> measurements);
 void FailRequests(std::uint32_t first, std::uint32_t count);
 /// Every n-th request from now on fails; 1: all, 0: none.
 void FailEvery(std::uint32_t n);
+/// Whether the video processor is dead: requests succeed, but every read gives 0xFFFF and no write changes anything.
+void SetDead(bool dead);
 
 /// Number of status reads for which the DDC master stays busy after a command.
 void SetDdcBusy(std::uint32_t statusReads);
 /// Error bits (0x40, 0x20, 0x08) with which every DDC transfer ends.
 void SetDdcError(std::uint8_t bits);
+/// Every n-th DDC transfer from now on is not acknowledged; 1: all, 0: none.
+void FailDdcEvery(std::uint32_t n);
 /// Called at the start of every DDC transfer with its number from 1; may change the monitor or the two settings above.
 void SetDdcHook(void (*hook)(std::uint32_t transfer));
 
@@ -75,6 +79,8 @@ void SetDdcHook(void (*hook)(std::uint32_t transfer));
 
 /// Virtual time: a sleep returns at once and moves the board's clock. Otherwise sleeps run speed times as fast as real.
 void UseVirtualTime();
+/// Virtual time up to this moment on the board's clock, and real time from the sleep that reaches it.
+void UseVirtualTimeUntil(std::uint64_t microseconds);
 void UseRealTime(double speed);
 /// The board's clock in microseconds since Reset, or since the time was chosen.
 std::uint64_t Now();
@@ -86,7 +92,12 @@ std::uint64_t Now();
 std::string TakeJournal();
 void KeepJournal(bool keep);
 
-/// Sets up the board from KOVA_SIM_EDID, KOVA_SIM_SPEED and KOVA_SIM_SCRIPT.
+/// From now on every transfer goes to this file too ("-": standard error), the board's clock in seconds before the
+/// journal's line.
+/// @return false, with a message on standard error, when it cannot be written
+bool WriteJournal(const char* path);
+
+/// Sets up the board from KOVA_SIM_EDID, KOVA_SIM_SPEED, KOVA_SIM_SCRIPT and KOVA_SIM_JOURNAL.
 /// @return false, with a message on standard error, when one of them is bad.
 bool SetUpFromEnvironment();
 

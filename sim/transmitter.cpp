@@ -29,6 +29,9 @@ constexpr std::uint8_t kDdcBusy = 0x10, kDdcNoAcknowledge = 0x20; // in kDdcStat
 constexpr std::uint8_t kClearFifo = 0x09, kRead = 0x02, kReadSegment = 0x04, kWrite = 0x06, kAbort = 0x0F;
 constexpr std::uint8_t kEdidDevice = 0xA0;
 
+// Bits without a meaning
+constexpr std::uint8_t kNotSinkStatus = 0xF9, kNotInterruptPending = 0xFE, kNotDdcStatus = 0x87;
+
 std::array<std::array<std::uint8_t, 256>, 2> pages;
 std::span<const std::uint8_t> monitorEdid;
 
@@ -39,6 +42,8 @@ struct Ddc {
     std::uint32_t transfers;
     std::uint32_t busyReads; // as set
     std::uint8_t errorBits;  // as set
+    std::uint32_t failEvery; // as set
+    std::uint32_t sinceFailure;
     void (*hook)(std::uint32_t transfer);
 } ddc;
 
@@ -51,7 +56,11 @@ void StartDdcTransfer(std::uint8_t command) {
     if (ddc.hook != nullptr) {
         ddc.hook(ddc.transfers);
     }
-    const bool answered = Connected() && Page0(kDdcAddress) == kEdidDevice;
+    bool answered = Connected() && Page0(kDdcAddress) == kEdidDevice;
+    if (ddc.failEvery > 0 && ++ddc.sinceFailure == ddc.failEvery) {
+        ddc.sinceFailure = 0;
+        answered = false;
+    }
     ddc.busy = ddc.busyReads;
     ddc.error = answered ? ddc.errorBits : kDdcNoAcknowledge;
     ddc.left = 0;
@@ -126,10 +135,12 @@ std::uint8_t& TxRegister(Page page, std::uint8_t reg) { return pages[static_cast
 std::uint8_t ReadTx(Page page, std::uint8_t reg) {
     if (page == Page::Hdmi1) {
         switch (reg) {
+        case kSinkStatus:
+            return static_cast<std::uint8_t>(Meaningless(kNotSinkStatus) | Page0(kSinkStatus));
         case kInterruptPending:
-            return TxInterruptPending() ? 1 : 0;
+            return static_cast<std::uint8_t>(Meaningless(kNotInterruptPending) | (TxInterruptPending() ? 1U : 0U));
         case kDdcStatus:
-            return DdcStatus();
+            return static_cast<std::uint8_t>(Meaningless(kNotDdcStatus) | DdcStatus());
         case kDdcFifo:
             return DdcByte();
         default:
@@ -189,6 +200,11 @@ void SetReceiver(bool on) { SetSinkStatus(kReceiverSense, on && Connected(), kRe
 void SetDdcBusy(std::uint32_t statusReads) { ddc.busyReads = statusReads; }
 
 void SetDdcError(std::uint8_t bits) { ddc.errorBits = bits; }
+
+void FailDdcEvery(std::uint32_t n) {
+    ddc.failEvery = n;
+    ddc.sinceFailure = 0;
+}
 
 void SetDdcHook(void (*hook)(std::uint32_t transfer)) { ddc.hook = hook; }
 

@@ -8,7 +8,8 @@ namespace {
 
 constexpr std::uint16_t kUpdate = 0x4C4;
 constexpr std::uint16_t kStatusSelect = 0x4C6;
-constexpr std::uint16_t kMeasure = 0x4D0; // bit 0: request, bit 15: ready
+constexpr std::uint16_t kMeasure = 0x4D0;     // bit 0: request, bit 15: ready
+constexpr std::uint16_t kNotMeasure = 0x7FFE; // without a meaning
 constexpr std::uint16_t kSyncStatus = 0x4E0;
 constexpr std::uint16_t kHFrequency = 0x4E2;
 constexpr std::uint16_t kLinesField1 = 0x4E8;
@@ -46,7 +47,8 @@ std::uint16_t ReadVideo(std::uint16_t addr) {
     switch (addr) {
     case kMeasure:
         ++measurement.reads;
-        return static_cast<std::uint16_t>(KovaRegister(addr) | (selected && Measured() ? kReady : 0));
+        return static_cast<std::uint16_t>(Meaningless(kNotMeasure) | KovaRegister(addr)
+                                          | (selected && Measured() ? kReady : 0));
     case kSyncStatus:
         return selected ? input.syncStatus : std::uint16_t{0};
     case kHFrequency:
