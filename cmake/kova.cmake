@@ -1,21 +1,39 @@
 # How this project's own code is compiled.
 
-set(KOVA_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+# ./check switches it on in its build folders; somebody else's compiler may warn of more.
+option(KOVA_WERROR "Warnings are errors" OFF)
+
+set(KOVA_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(KOVA_WERROR)
+  list(APPEND KOVA_WARNINGS -Werror)
+endif()
 
 if(KOVA_SANITIZE)
   add_compile_options(-fsanitize=${KOVA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  # Static runtimes: the console can then run with the simulated board preloaded under it.
-  if(KOVA_SANITIZE MATCHES "address")
-    add_link_options(-fsanitize=${KOVA_SANITIZE} -static-libasan -static-libubsan)
-  else()
-    add_link_options(-fsanitize=${KOVA_SANITIZE} -static-libtsan)
+  add_link_options(-fsanitize=${KOVA_SANITIZE})
+  # Static runtimes: the console can then run with the simulated board preloaded under it. clang's are static anyway.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    if(KOVA_SANITIZE MATCHES "address")
+      add_link_options(-static-libasan -static-libubsan)
+    else()
+      add_link_options(-static-libtsan)
+    endif()
   endif()
 endif()
 
-# Driver code: warnings are errors, no exceptions, no RTTI, includes written from the project's root.
+if(KOVA_SMALL)
+  add_link_options(-Wl,--gc-sections)
+  set(KOVA_SIZE -Os -ffunction-sections -fdata-sections -fno-unwind-tables -fno-asynchronous-unwind-tables)
+endif()
+# The same program wherever it is built: no name of that folder in a file, and no checksum of the debug information,
+# which may hold one even so.
+set(KOVA_PLACE -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
+add_link_options(-Wl,--build-id=none)
+
+# Driver code: no exceptions, no RTTI, includes written from the project's root.
 function(kova_code target)
-  target_compile_options(${target} PRIVATE ${KOVA_WARNINGS} -fno-exceptions -fno-rtti)
-  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_compile_options(${target} PRIVATE ${KOVA_WARNINGS} ${KOVA_SIZE} ${KOVA_PLACE} -fno-exceptions -fno-rtti)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
   set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 

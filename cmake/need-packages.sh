@@ -1,43 +1,59 @@
-# Sourced by the scripts of this project: need_packages NAME... installs what a Debian machine lacks.
+# Sourced by the scripts of this project: need_packages NAME... installs what a Debian machine lacks. What is there already,
+# from wherever, will do.
 
-# Whether a package's program is there, on a machine that has no Debian packages. Libraries are CMake's to find.
+# Whether a package's program is there. Libraries have none.
 has_program_of() {
     case $1 in
-    ninja-build) command -v ninja ;;
-    g++-powerpc-linux-gnu) command -v powerpc-linux-gnu-g++ ;;
-    qemu-user) command -v qemu-ppc ;;
-    googletest | lib*) true ;;
-    *) command -v "$1" ;;
-    esac >/dev/null 2>&1
+    g++) set -- ${CXX:-g++} ;;
+    ninja-build) set -- ninja ;;
+    g++-powerpc-linux-gnu) set -- ${CMAKE_TOOLCHAIN_FILE:+true} ${CXX:-powerpc-linux-gnu-g++} ;;
+    qemu-user) set -- qemu-ppc ;;
+    dpkg-dev) set -- dpkg-shlibdeps ;;
+    man-db) set -- man ;;
+    esac
+    command -v "$1" >/dev/null 2>&1
 }
 
+is_library() {
+    case $1 in
+    googletest | lib*) true ;;
+    *) false ;;
+    esac
+}
+
+has_package() { dpkg-query -W -f '${Status}\n' "$1" 2>/dev/null | grep -q ' installed$'; }
+
 need_packages() {
-    missing=
-    if ! command -v apt-get >/dev/null 2>&1; then
-        for package; do
-            has_program_of "$package" || missing="$missing $package"
-        done
-        [ -z "$missing" ] && return 0
-        echo "Install what this machine calls these Debian packages, then try again:$missing" >&2
-        return 1
-    fi
+    programs= libraries=
     for package; do
-        dpkg-query -W -f '${Status}\n' "$package" 2>/dev/null | grep -q ' installed$' || missing="$missing $package"
+        if is_library "$package"; then
+            has_package "$package" || libraries="$libraries $package"
+        else
+            has_program_of "$package" || programs="$programs $package"
+        fi
     done
-    [ -z "$missing" ] && return 0
+    [ -z "$programs$libraries" ] && return 0
 
     as_root=
-    if [ "$(id -u)" -ne 0 ]; then
-        as_root=sudo
-        command -v sudo >/dev/null 2>&1 || {
-            echo "Packages are missing and there is no sudo here. As root: apt-get install$missing" >&2
-            return 1
-        }
-    fi
-    echo "Installing with apt-get:$missing" >&2
-    $as_root apt-get update -qq >&2 &&
-        $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >&2 || {
-        echo "Could not install:$missing" >&2
+    [ "$(id -u)" -eq 0 ] || as_root=sudo
+    if ! command -v apt-get >/dev/null 2>&1 || ! command -v ${as_root:-apt-get} >/dev/null 2>&1; then
+        # A library may be where only CMake finds it.
+        [ -z "$programs" ] && return 0
+        echo "Programs are missing. Install what this machine calls these Debian packages, then try again:$programs$libraries" >&2
         return 1
+    fi
+    echo "Installing with apt-get:$programs$libraries" >&2
+    $as_root apt-get update -qq >&2 &&
+        $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+            $programs$libraries >&2 || {
+        echo "Could not install:$programs$libraries" >&2
+        [ -z "$programs" ] # CMake may find a library elsewhere
     }
+}
+
+# clang's sanitizers and its fuzzing library come in a package with clang's version in its name.
+need_sanitizers() {
+    case ${CXX:-} in
+    *clang*) need_packages clang && need_packages "libclang-rt-$(${CXX} -dumpversion | cut -d. -f1)-dev" ;;
+    esac
 }

@@ -1,5 +1,5 @@
 // A hostile monitor on a hostile channel: whatever it sends, a parse ends within its bound of DDC transfers and leaves
-// segment 0 selected. Build with clang and -DKOVA_FUZZ=ON, run as fuzz-edid -close_fd_mask=3.
+// segment 0 selected.
 //
 // Input: flags, transfer from which on errors occur (0: never), their bits, stride of the bytes that change between
 // reads (0: none), then the EDID.
@@ -8,10 +8,9 @@
 #include "edid/EDIDParse.h"
 #include "hdmitx/hdmitx_i2c.h"
 #include "sim/sim.h"
+#include "tests/fuzz/require.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <numeric>
 #include <tuple>
 #include <vector>
@@ -43,13 +42,6 @@ void AtTransfer(std::uint32_t number) {
     sim::SetDdcBusy(fails && (flags & kNeverReady) != 0 ? 1000 : 0);
     if (stride != 0 && !edid.empty()) {
         edid[std::size_t{number} * stride % edid.size()] ^= static_cast<std::uint8_t>(number);
-    }
-}
-
-void Require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "\nbroken: %s, after %u transfers\n", what, static_cast<unsigned>(transfers));
-        std::abort();
     }
 }
 

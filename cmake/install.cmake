@@ -1,0 +1,76 @@
+# What people install, in three components: console, simulator, development.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+# ---- Console ----
+
+set(KOVA_SHIPPED kova-console)
+if(KOVA_STATIC)
+  set(KOVA_SHIPPED kova-console-static)
+endif()
+install(TARGETS ${KOVA_SHIPPED} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT console)
+install(FILES docs/kova-console.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)
+install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT console)
+
+# ---- Simulator: nothing can be preloaded under a static console ----
+
+if(NOT KOVA_STATIC)
+  set(KOVA_PRELOAD_DIR ${CMAKE_INSTALL_FULL_LIBDIR}/kova-console)
+  file(RELATIVE_PATH KOVA_BIN_TO_PRELOAD ${CMAKE_INSTALL_FULL_BINDIR} ${KOVA_PRELOAD_DIR}/libkova-sim.so)
+  configure_file(sim/kova-console-sim.in kova-console-sim @ONLY)
+  install(TARGETS kova-sim LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/kova-console COMPONENT simulator)
+  install(PROGRAMS ${PROJECT_BINARY_DIR}/kova-console-sim DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT simulator)
+  install(FILES docs/kova-console-sim.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT simulator)
+endif()
+
+# ---- Development: an application includes kova/api.h, hdmitx/hdmitx.h and edid/edid.h; the others are their parts ----
+
+set(KOVA_PUBLIC_HEADERS
+  edid/MDDC.h
+  edid/edid.h
+  hdmitx/hdmitx.h
+  hdmitx/hdmitx_i2c.h
+  hdmitx/vmtables.h
+  kova/api.h
+  kova/csc.h
+  kova/deinterlacer.h
+  kova/device.h
+  kova/filters.h
+  kova/formats.h
+  kova/input_port.h
+  kova/irq.h
+  kova/mainapp.h
+  kova/memory.h
+  kova/output_port.h
+  kova/regs.h
+  kova/scaler.h
+  kova/status.h
+  kova/video_process.h
+  kova/windows.h)
+# A folder of the project's own: its parts have names that others use too.
+set(KOVA_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/kova-console)
+foreach(header IN LISTS KOVA_PUBLIC_HEADERS)
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES ${header} DESTINATION ${KOVA_INCLUDEDIR}/${folder} COMPONENT development)
+endforeach()
+install(FILES examples/CMakeLists.txt examples/transmitter.cpp
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT development)
+
+target_compile_features(kova INTERFACE cxx_std_20)
+target_include_directories(kova INTERFACE $<INSTALL_INTERFACE:${KOVA_INCLUDEDIR}>)
+install(TARGETS kova EXPORT kova ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+# Stripping leaves libraries like this one alone, debug information and all.
+install(CODE "if(CMAKE_INSTALL_DO_STRIP)
+  execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-debug --enable-deterministic-archives
+    \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/libkova.a\" COMMAND_ERROR_IS_FATAL ANY)
+endif()" COMPONENT development)
+
+set(KOVA_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/kova)
+install(EXPORT kova NAMESPACE kova:: FILE kovaConfig.cmake DESTINATION ${KOVA_CMAKEDIR} COMPONENT development)
+write_basic_package_version_file(kovaConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/kovaConfigVersion.cmake DESTINATION ${KOVA_CMAKEDIR} COMPONENT development)
+
+file(RELATIVE_PATH KOVA_PKGCONFIG_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" KOVA_PKGCONFIG_TO_PREFIX ${KOVA_PKGCONFIG_TO_PREFIX})
+configure_file(cmake/kova.pc.in kova.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/kova.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

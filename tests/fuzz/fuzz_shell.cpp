@@ -1,0 +1,38 @@
+// A careless person at the console: whatever is typed, the shell goes on to the next line, and a line that asks for no
+// write makes none.
+//
+// Input: the lines.
+
+#include "app/device.h"
+#include "app/shell.h"
+#include "sim/sim.h"
+#include "tests/fuzz/require.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view lines(reinterpret_cast<const char*>(data), size);
+    const auto holds = [lines](const char* text) { return lines.find(text) != std::string_view::npos; };
+    // The loop's thread would outlive the lines; "init" alone takes longer than a thousand other lines.
+    if (size == 0 || holds("clstart") || holds("init")) {
+        return 0;
+    }
+    sim::Reset();
+    open_kova();
+    sim::KeepJournal(true);
+    input_command = {};
+    std::string typed(lines);
+    stdin = fmemopen(typed.data(), typed.size(), "r");
+    RunShell();
+    std::fclose(stdin);
+    close_kova();
+
+    const std::string journal = sim::TakeJournal();
+    Require(std::string_view(input_command.data()) == "q", "the end by q, typed or not");
+    Require(holds("w") || holds("mru") || journal.find(" w ") == std::string::npos, "no write unasked");
+    const auto most = 586 * (1 + std::ranges::count(lines, '\n'));
+    Require(std::ranges::count(journal, '\n') <= 2 * most + 1, "a dump's transfers and pauses a line at most");
+    return 0;
+}
