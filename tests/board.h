@@ -1,13 +1,18 @@
 #pragma once
-// What every test stands on: the simulated board, powered on and open, in virtual time.
+// What every test stands on: the simulated board, powered on and open, in virtual time, and the transmitter driver with
+// its defaults.
 
 #include "app/device.h"
+#include "hdmitx/hdmitx.h"
+#include "kova/formats.h"
 #include "sim/sim.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <sstream>
 #include <string>
 
 /// What a piece of code printed on standard output and standard error.
@@ -23,6 +28,9 @@ Printed Capture(Code code) {
     Printed printed;
     printed.out = testing::internal::GetCapturedStdout();
     printed.err = testing::internal::GetCapturedStderr();
+    if (testing::Test::HasFailure()) { // an expectation in the code has said so on standard output
+        std::fputs(printed.out.c_str(), stdout);
+    }
     return printed;
 }
 
@@ -46,6 +54,9 @@ class Board : public testing::Test {
 protected:
     void SetUp() override {
         sim::Reset();
+        stOutVideoInfo = {};
+        OutVideoMode = OutVideoFrmt = SrcVideoFrmt = 0;
+        InitHDMITXVariable();
         ASSERT_GE(open_kova(), 0);
         sim::KeepJournal(true);
     }
@@ -60,6 +71,31 @@ protected:
     static std::string Transfers() { return Filter("pause", false); }
     /// The journal since the last call, the writes only.
     static std::string Writes() { return JournalWith(" w "); }
+
+    /// Adds an operation to the log: its name, what it says, its transfers.
+    template <typename Operation>
+    void Log(const std::string& name, Operation operation) {
+        Transfers();
+        const std::string said = Capture(operation).err;
+        log += "== " + name + "\n" + said + (said.empty() ? "" : "\n") + Grouped(Transfers());
+    }
+    /// Puts transfers of the same kind on one line: "hdmi1 w ed a0, ee 00". Twelve, so that a difference is found.
+    static std::string Grouped(const std::string& journal) {
+        std::string text, kind;
+        unsigned count = 0;
+        std::istringstream lines(journal);
+        for (std::string line; std::getline(lines, line); ++count) {
+            const bool more = kind == line.substr(0, 7) && count % 12 != 0;
+            if (!more) {
+                kind = line.substr(0, 7);
+                count = 0;
+            }
+            text += more ? "," + line.substr(line.find_last_of("rw") + 1) : (text.empty() ? "" : "\n") + line;
+        }
+        return text.empty() ? "" : text + "\n";
+    }
+    /// What happened in a test, to be compared with a recorded file.
+    std::string log;
 
 private:
     static std::string Filter(const std::string& text, bool keep) {

@@ -65,4 +65,12 @@ inline Bytes Cea(std::uint8_t capabilities, const Bytes& dataBlocks, const Bytes
 inline Bytes Other(std::uint8_t tag) { return Block({tag}); }
 inline Bytes BlockMap() { return Other(0xF0); }
 
+/// Monitors without a fault that lead through most of the parse: DVI, HDMI in block 1, HDMI behind a block map.
+inline std::vector<Bytes> SoundMonitors() {
+    const Bytes blocks = Join({Video(Bytes(20, 0x84)), Audio(Bytes(9, 0x0F)), Speakers(1), Hdmi()});
+    const Bytes cea = Cea(0xF1, blocks, Hd720());
+    return {Base{}.Build(), Join({Base{.extensions = 1}.Build(), cea}),
+            Join({Base{.extensions = 2}.Build(), BlockMap(), cea, cea})};
+}
+
 } // namespace edid

@@ -4,23 +4,33 @@
 
 namespace {
 
-using Setters = std::vector<std::function<std::uint8_t(std::uint16_t)>>;
+struct Setter {
+    const char* name;
+    std::function<std::uint8_t(std::uint16_t)> set;
+};
+
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage): the name is wanted as text too
+#define NAMED(name)                                                                                                    \
+    Setter { #name, KOVAAPI_##name }
 
 class KovaDeinterlacer : public KovaDriver {
 protected:
-    static void Clear() { Fill(0, 0x500, 0x53F); }
+    static void Fill(std::uint16_t value) { KovaDriver::Fill(value, 0x500, 0x53F); }
 
     /// Loads the defaults and empties the registers.
     static void Load() {
         KOVAAPI_LoadDeintData();
-        Clear();
+        Fill(0);
         Transfers();
     }
 
-    /// Notes a call, and all that the driver keeps of the caller's choices: uses, V2TAB, choices; and the state.
+    /// All that the driver keeps of the caller's choices: uses, V2TAB, choices.
+    static unsigned Kept() {
+        return unsigned{stKOVADeint.nrUse} << 24 | unsigned{stKOVADeint.v2tab} << 16 | stKOVADeint.choices;
+    }
+    /// Notes a call, what the driver keeps, and the state.
     void NoteKept(std::uint8_t result, const char* name) {
-        const unsigned kept = unsigned{stKOVADeint.nrUse} << 24 | unsigned{stKOVADeint.v2tab} << 16;
-        Note(result, name, "kept", kept | stKOVADeint.choices, "state", stKOVADeint.state, "wrote");
+        Note(result, name, "kept", Kept(), "state", stKOVADeint.state, "wrote");
     }
 
     SrcVideoInfo src{};
@@ -30,25 +40,28 @@ TEST_F(KovaDeinterlacer, SettersOfOneThing) {
     stKOVADeint.state = 0xFF;
     NoteKept(KOVAAPI_LoadDeintData(), "defaults");
     // clang-format off
-    for (const auto& set : Setters{
-         KOVAAPI_EnableDeintHD3DAdp, KOVAAPI_EnableDeintCurMotionMedian,
-        KOVAAPI_EnableDeintNextMotion, KOVAAPI_EnableDeintNextMotionMedian, KOVAAPI_EnableDeintFastUpdateMedian,
-        KOVAAPI_EnableDeintFastMotionMedian, KOVAAPI_EnableDeintCurPdMotion, KOVAAPI_EnableDeintCCSMedian,
-        KOVAAPI_EnableDeintBadEdit, KOVAAPI_EnableDeintNRAdapt, KOVAAPI_EnableDeintEdge2nd, KOVAAPI_EnableDeintHDMode,
-        KOVAAPI_SetDeintCurMotionExpander, KOVAAPI_SetDeintNextMotionNRSel, KOVAAPI_SetDeintNextMotionExpander,
-        KOVAAPI_SetDeintNextMotionThres, KOVAAPI_SetDeintFastHistoryThres, KOVAAPI_SetDeintSlowMotionThres,
-        KOVAAPI_SetDeintCurPdMotionThres, KOVAAPI_SetDeintBorderThres, KOVAAPI_SetDeintStillMotionThres,
-        KOVAAPI_SetDeintStillFieldCntThres, KOVAAPI_SetDeintChromaMotionThres, KOVAAPI_SetDeintChromaCurMotionExpander,
-        KOVAAPI_SetDeintChromaNextMotionExpander, KOVAAPI_SetDeintFilm32FieldCntThres,
-        KOVAAPI_SetDeintFilm32MotionThres, KOVAAPI_SetDeintFilm22FieldCntThres, KOVAAPI_SetDeintFilm22MotionThres,
-        KOVAAPI_SetDeintBadEditMotionThres, KOVAAPI_SetDeintCaptionYMode, KOVAAPI_SetDeintCaptionCMode,
-        KOVAAPI_SetDeintCaptionMotionThres, KOVAAPI_SetDeintCaptionLineCntThres, KOVAAPI_SetDeintCaptionVposiThres,
-        KOVAAPI_SetDeintNRConditionLevel, KOVAAPI_SetDeintNRFactorLevel, KOVAAPI_SetDeintEdgeMode}) {
+    for (const Setter& setter : {
+         NAMED(EnableDeintHD3DAdp), NAMED(EnableDeintCurMotionMedian),
+        NAMED(EnableDeintNextMotion), NAMED(EnableDeintNextMotionMedian), NAMED(EnableDeintFastUpdateMedian),
+        NAMED(EnableDeintFastMotionMedian), NAMED(EnableDeintCurPdMotion), NAMED(EnableDeintCCSMedian),
+        NAMED(EnableDeintBadEdit), NAMED(EnableDeintNRAdapt), NAMED(EnableDeintEdge2nd), NAMED(EnableDeintHDMode),
+        NAMED(SetDeintCurMotionExpander), NAMED(SetDeintNextMotionNRSel), NAMED(SetDeintNextMotionExpander),
+        NAMED(SetDeintNextMotionThres), NAMED(SetDeintFastHistoryThres), NAMED(SetDeintSlowMotionThres),
+        NAMED(SetDeintCurPdMotionThres), NAMED(SetDeintBorderThres), NAMED(SetDeintStillMotionThres),
+        NAMED(SetDeintStillFieldCntThres), NAMED(SetDeintChromaMotionThres), NAMED(SetDeintChromaCurMotionExpander),
+        NAMED(SetDeintChromaNextMotionExpander), NAMED(SetDeintFilm32FieldCntThres),
+        NAMED(SetDeintFilm32MotionThres), NAMED(SetDeintFilm22FieldCntThres), NAMED(SetDeintFilm22MotionThres),
+        NAMED(SetDeintBadEditMotionThres), NAMED(SetDeintCaptionYMode), NAMED(SetDeintCaptionCMode),
+        NAMED(SetDeintCaptionMotionThres), NAMED(SetDeintCaptionLineCntThres), NAMED(SetDeintCaptionVposiThres),
+        NAMED(SetDeintNRConditionLevel), NAMED(SetDeintNRFactorLevel), NAMED(SetDeintEdgeMode)}) {
         // clang-format on
-        Clear();
-        Note(set(0xFFFF), "all ones:");
-        Clear();
-        Note(set(2), "2:"); // a switch is on for any non-zero value
+        record << setter.name << ':';
+        for (const auto& [old, value] : {std::pair{0, 0xFFFF}, {0, 1}, {0, 2}, {0xFFFF, 0}}) {
+            Fill(static_cast<std::uint16_t>(old));
+            EXPECT_EQ(setter.set(static_cast<std::uint16_t>(value)), 0);
+            record << ' ' << value << " wrote " << Packed();
+        }
+        record << '\n';
     }
     ExpectGolden("kova-deinterlacer-fields.txt", record.str());
 }
@@ -80,21 +93,25 @@ TEST_F(KovaDeinterlacer, SettersOfMoreThanOneThing) {
 }
 
 TEST_F(KovaDeinterlacer, AnOverriddenSetterWritesTheOverrideAndKeepsTheChoice) {
-    for (const auto& [state, value] : {std::pair{DEINT_NR_ON | DEINT_HD_DOUBLE, 2},
-                                       {DEINT_HD_FORCED, 2},
-                                       {DEINT_DECIMATING, 2},
-                                       {DEINT_V2TAB_FORCED, 0}}) {
+    for (const int state :
+         {DEINT_NR_ON | DEINT_HD_DOUBLE, DEINT_HD_FORCED + 0, DEINT_DECIMATING + 0, DEINT_V2TAB_FORCED + 0}) {
         // clang-format off
-        for (const auto& set : Setters{
-             KOVAAPI_SetDeintCMode, KOVAAPI_SetDeintCurMotionThres,
-            KOVAAPI_EnableDeintFastMotion, KOVAAPI_EnableDeintBorder, KOVAAPI_EnableDeintCCS, KOVAAPI_SetDeintFilmMode,
-            KOVAAPI_EnableDeintV2TAB, KOVAAPI_SetDeintCurMotionNRSel, KOVAAPI_EnableDeintCurMotionNRUse,
-            KOVAAPI_EnableNextMotionNRUse, KOVAAPI_EnableDeintFastHistoryUse, KOVAAPI_EnableDeintBorderNRUse,
-            KOVAAPI_EnableDeintSlowMotionNRUse, KOVAAPI_EnableDeintStillMotionNRUse}) {
+        for (const Setter& setter : {
+             NAMED(SetDeintCMode), NAMED(SetDeintCurMotionThres),
+            NAMED(EnableDeintFastMotion), NAMED(EnableDeintBorder), NAMED(EnableDeintCCS), NAMED(SetDeintFilmMode),
+            NAMED(EnableDeintV2TAB), NAMED(SetDeintCurMotionNRSel), NAMED(EnableDeintCurMotionNRUse),
+            NAMED(EnableNextMotionNRUse), NAMED(EnableDeintFastHistoryUse), NAMED(EnableDeintBorderNRUse),
+            NAMED(EnableDeintSlowMotionNRUse), NAMED(EnableDeintStillMotionNRUse)}) {
             // clang-format on
-            Clear();
-            stKOVADeint = {static_cast<std::uint8_t>(state), 0, 0, 0};
-            NoteKept(set(static_cast<std::uint16_t>(value)), value != 0 ? "2:" : "0:");
+            record << setter.name << " in state " << state;
+            for (const auto& [old, value] : {std::pair{0, 2}, {0, 1}, {0xFFFF, 0}}) {
+                const auto kept = static_cast<std::uint8_t>(old & 0xFF);
+                stKOVADeint = {static_cast<std::uint8_t>(state), kept, static_cast<std::uint16_t>(old), kept};
+                Fill(static_cast<std::uint16_t>(old));
+                EXPECT_EQ(setter.set(static_cast<std::uint16_t>(value)), 0);
+                record << ", " << value << " kept " << Kept() << " wrote " << Packed();
+            }
+            record << '\n';
         }
     }
     ExpectGolden("kova-deinterlacer-overrides.txt", record.str());

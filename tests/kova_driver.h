@@ -42,7 +42,7 @@ protected:
             const auto addr = static_cast<unsigned>(std::stoul(journal.substr(7, 4), nullptr, 16));
             const bool update = addr == KOVA_LOCAL_UPDATE;
             const std::string place = addr == next ? "" : journal.substr(8, 3) + ':';
-            const bool full = !update && !place.empty() && words.size() - line > 85;
+            const bool full = !update && !place.empty() && words.size() - line > 110;
             line = full ? words.size() : line;
             words += full ? "\n    " : words.empty() ? "" : " ";
             words += update ? "u" : place + journal.substr(12, 4);
@@ -55,7 +55,7 @@ protected:
     template <typename... Name>
     void Note(std::uint8_t result, const Name&... name) {
         ((record << +name << ' '), ...);
-        record << (result != KOVA_NO_ERROR ? "error " + std::to_string(result) + ' ' : "") << Packed() << '\n';
+        record << (result != 0 ? "error " + std::to_string(result) + ' ' : "") << Packed() << '\n';
     }
 
     /// What happened in a test, number upon number in hexadecimal, to be compared with a recorded file.

@@ -15,20 +15,20 @@ TEST_F(KovaRegs, FieldsAreWrittenIntoTheRegisterAsItIs) {
              Case{0xA5A5, 4, 4, 0x001F, 0xA5F5}, // bits above the width are dropped
          }) {
         sim::KovaRegister(0x400) = c.old;
-        EXPECT_EQ(KOVA_RegField(0x400, c.pos, c.width, c.data), KOVA_NO_ERROR);
+        EXPECT_EQ(KOVA_RegField(0x400, c.pos, c.width, c.data), 0);
         EXPECT_EQ(sim::KovaRegister(0x400), c.expected);
     }
     Transfers();
     KOVA_RegField(0x400, 0, 1, 0);
     // After a failed read the field is written into all ones.
     sim::FailRequests(1, 1);
-    Quietly([] { EXPECT_EQ(KOVA_RegField(0x400, 0, 4, 0), KOVA_NO_ERROR); });
+    Quietly([] { EXPECT_EQ(KOVA_RegField(0x400, 0, 4, 0), 0); });
     EXPECT_EQ(Transfers(), "kova r 0400 a5f5\nkova w 0400 a5f4\nkova r 0400 0000 failed\nkova w 0400 fff0\n");
 }
 
 TEST_F(KovaRegs, FieldsOutsideTheRegisterMakeNoTransfer) {
     for (const auto& [pos, width] : {std::pair{16, 1}, {0, 0}, {0, 17}, {10, 7}, {65535, 65535}}) {
-        EXPECT_EQ(KOVA_RegField(0x400, std::uint16_t(pos), std::uint16_t(width), 0), KOVA_INVALID_PARAM);
+        EXPECT_EQ(KOVA_RegField(0x400, std::uint16_t(pos), std::uint16_t(width), 0), 3);
     }
     EXPECT_EQ(Journal(), "");
 }
@@ -38,9 +38,9 @@ TEST_F(KovaRegs, BlocksGoWordByWordAndAFailureDoesNotStopThem) {
     std::array<std::uint16_t, 3> back{};
     sim::FailRequests(2, 1);
     Quietly([&] {
-        EXPECT_EQ(KOVA_MultiWrite(0xFFFE, words.data(), 6), KOVA_NO_ERROR);
+        EXPECT_EQ(KOVA_MultiWrite(0xFFFE, words.data(), 6), 0);
         sim::FailRequests(1, 1);
-        EXPECT_EQ(KOVA_MultiRead(0xFFFE, back.data(), 6), KOVA_NO_ERROR);
+        EXPECT_EQ(KOVA_MultiRead(0xFFFE, back.data(), 6), 0);
     });
     EXPECT_EQ(Transfers(), "kova w fffe 1122\nkova w ffff 3344 failed\nkova w 0000 5566\n"
                            "kova r fffe 0000 failed\nkova r ffff 0000\nkova r 0000 5566\n");

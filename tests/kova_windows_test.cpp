@@ -1,5 +1,7 @@
 #include "tests/kova_driver.h"
 
+#include <regex>
+
 namespace {
 
 class KovaWindows : public KovaDriver {
@@ -27,35 +29,34 @@ TEST_F(KovaWindows, RoundingClipDecimationAndDestination) {
     struct Case {
         std::uint16_t flags, w, h;
         VideoWindow clip, view;
-        VideoWindow dst;
-        bool decimating;
     };
     constexpr std::uint16_t k8Bit = VIDFLAG_8BIT, kProgressive = VIDFLAG_8BIT | VIDFLAG_PROGRESSIVE;
     // clang-format off
-    for (const Case& c : {Case{0, 704, 487, {}, {}, {696, 480}, false}, Case{k8Bit, 704, 480, {}, {}, {704, 480}, false},
-                          Case{k8Bit, 1024, 480, {}, {}, {1024, 480}, false},
-                          Case{k8Bit, 1032, 480, {}, {}, {1024, 480}, true},
-                          Case{kProgressive, 1280, 720, {}, {}, {1280, 720}, false},
-                          Case{kProgressive, 1288, 720, {}, {}, {1024, 720}, true},
-                          Case{kProgressive, 1920, 1080, {}, {1280, 720}, {1024, 1080}, true},
-                          Case{kProgressive, 1280, 720, {}, {720, 480}, {720, 720}, false},
-                          Case{0, 1920, 1080, {1025, 99}, {}, {1024, 99}, true},          // a clip is not rounded
-                          Case{0, 1024, 480, {}, {}, {1008, 480}, false},
-                          Case{0, 704, 480, {600, 0}, {0, 100}, {696, 480}, false},       // not in use
-                          Case{0, 704, 480, {0, 100}, {100, 0}, {696, 480}, false}}) {
+    for (const Case& c : {Case{0, 704, 487, {}, {}}, Case{k8Bit, 704, 480, {}, {}},
+                          Case{k8Bit, 1024, 480, {}, {}},
+                          Case{k8Bit, 1032, 480, {}, {}},
+                          Case{kProgressive, 1280, 720, {}, {}},
+                          Case{kProgressive, 1288, 720, {}, {}},
+                          Case{kProgressive, 1920, 1080, {}, {1280, 720}},
+                          Case{kProgressive, 1280, 720, {}, {720, 480}},
+                          Case{0, 1920, 1080, {1025, 99}, {}},          // a clip is not rounded
+                          Case{0, 1024, 480, {}, {}},
+                          Case{0, 704, 480, {600, 0}, {0, 100}},       // not in use
+                          Case{0, 704, 480, {0, 100}, {100, 0}}}) {
         // clang-format on
-        stKOVADeint.state = DEINT_NR_ON | (c.decimating ? 0 : DEINT_DECIMATING);
-        src = {.stClip = c.clip, .flags = c.flags, .stActive = {c.w, c.h}};
-        out.stView = c.view;
-        out.stZoom = c.decimating ? VideoWindow{100, 0} : VideoWindow{0, 100};
-        KOVAAPI_SetWindowSrcVideo(&src);
-        KOVAAPI_SetHDecimateVideo(&src);
-        KOVAAPI_SetWindowOutVideo(&out);
-        EXPECT_EQ(stKOVADstWIN, c.dst) << c.w;
-        EXPECT_EQ(stKOVAZoomWIN, c.dst) << c.w; // as long as the caller's has no width or no height
-        EXPECT_EQ(stKOVADeint.state, DEINT_NR_ON | (c.decimating ? DEINT_DECIMATING : 0)) << c.w;
+        for (const std::uint8_t state : {DEINT_NR_ON, DEINT_DECIMATING}) {
+            stKOVADeint.state = state;
+            src = {.stClip = c.clip, .flags = c.flags, .stActive = {c.w, c.h}};
+            out.stView = c.view;
+            out.stZoom = state == DEINT_NR_ON ? VideoWindow{100, 0} : VideoWindow{0, 100}; // not in use
+            KOVAAPI_SetWindowSrcVideo(&src);
+            KOVAAPI_SetHDecimateVideo(&src);
+            KOVAAPI_SetWindowOutVideo(&out);
+            record << src.stActive << " destination " << stKOVADstWIN << " zoom " << stKOVAZoomWIN << " state "
+                   << unsigned{stKOVADeint.state} << '\n';
+        }
     }
-    EXPECT_EQ(src.stActive, (VideoWindow{696, 480, 0, 0}));
+    ExpectGolden("kova-windows-rounding.txt", record.str());
 }
 
 TEST_F(KovaWindows, ScalerSetsAreLoadedWhenTheNeedChanges) {
@@ -88,7 +89,9 @@ TEST_F(KovaWindows, CallersScalerTables) {
               std::tuple(tables.data(), &tables[1], &tables[2], &tables[3]));
     stKOVADstWIN.h = 0; // not shrinking: every table counts
     Note(KOVAAPI_SetMFCFilterCoef(&out), "all four by way of the record");
-    ExpectGolden("kova-scaler-tables.txt", record.str());
+    // Of an entry that is zero the address says enough, and that stands in the tables that are built in.
+    ExpectGolden("kova-scaler-tables.txt",
+                 std::regex_replace(record.str(), std::regex("\\s*590:(0000 ){4}[0-9a-f]+"), ""));
 }
 
 TEST_F(KovaWindows, MemoryPrecisionAndConfiguration) {

@@ -15,7 +15,7 @@ name=$1 console=$2
 shift 2
 cd "$(dirname "$0")/sessions" || exit 1
 
-unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT NO_BOARD ARGUMENTS
+unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT KOVA_SIM_JOURNAL NO_BOARD ARGUMENTS
 [ -f "$name.env" ] && set -a && . "./$name.env" && set +a
 
 folder=$(mktemp -d) || exit 1
@@ -48,21 +48,25 @@ fi
 
 # The loader puts the console's folder for $ORIGIN, whatever characters it holds. An emulator takes the library as an option:
 # only the emulated program may get it.
-preload='LD_PRELOAD=$ORIGIN/libkova-sim.so'
+preload='$ORIGIN/libkova-sim.so'
 if [ -n "${NO_BOARD:-}" ]; then
     "$@" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
 elif [ $# -gt 0 ]; then
-    "$@" -E "$preload" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
+    "$@" -E "LD_PRELOAD=$preload" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
 else
-    env "$preload" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
+    (
+        export LD_PRELOAD="$preload"
+        exec "$console" ${ARGUMENTS:-}
+    ) <"$input" >"$shown" 2>&1
 fi
 echo "[exit status $?]" >>"$shown"
 
 actual=$shown
 if [ -f "$name.keep" ]; then
     actual=$folder/kept
-    # The prompt comes from the other thread than what follows it.
-    sed 's/Please Input Command : //' "$shown" | grep -aE "$(cat "$name.keep")|^\[exit status" >"$actual"
+    # The prompt comes from the other thread than what follows it. A journal line gets a line of its own.
+    sed -e 's/Please Input Command : //' -e 's/ *[0-9]*\.[0-9]\{6\} [kh][a-z0-9]* [rw] /\
+&/' "$shown" | grep -aE "$(cat "$name.keep")|^\[exit status|Sanitizer:" >"$actual"
 fi
 if [ -n "${UPDATE_SESSIONS:-}" ]; then
     cp "$actual" "$name.out"

@@ -1,0 +1,71 @@
+// The video path update and the start-up sequence as a whole. The sessions have every transfer of that.
+
+#include "edid/EDIDParse.h"
+#include "hdmitx/hdmitx.h"
+#include "tests/kova_driver.h"
+
+#include <vector>
+
+namespace {
+
+// The global variables as the program starts with them, before any test.
+const auto kAtStart = std::tuple(
+    stKOVASrcWIN, stKOVADstWIN, stKOVAZoomWIN, stKOVAViewWIN, stKOVADeint.state, stKOVADeint.v2tab, stKOVADeint.choices,
+    stKOVADeint.nrUse, KOVAMFCCoef, KOVAPLLClock, OutVideoMode, OutVideoFrmt, SrcVideoFrmt, OutputState, OldOutputState,
+    RequireConfigInfoFrame, Default656OutEn, DefaultDataEnable, DefaultICLKValue, DefaultDVImode, DefaultICLKEDGE,
+    DefaultMCLKIndex, DefaultActiveAspect, DefaultAudioConfig, DefaultAUDInfoFrame, CEAOnFisrtPage,
+    gbExtensionBlockExist, gbVendorSpecificBlockExist, gwCECPhysicalAddr, gbMonCap, gbNativeVIC, gbNativeVICtemp);
+
+TEST(StartValues, AreZero) { EXPECT_EQ(kAtStart, decltype(kAtStart){}); }
+
+class KovaPath : public KovaDriver {
+protected:
+    SrcVideoInfo src{.frmt = VIDSRC_704x480i60, .mode = MUX656_10};
+    OutVideoInfo out{.frmt = VIDOUT_1280x1024p60, .mode = RGB444_8};
+};
+
+TEST_F(KovaPath, AnotherStartUpLeavesTheSameBoard) {
+    const auto registers = [] { return std::vector(&sim::KovaRegister(0), &sim::KovaRegister(0x600)); };
+    Quietly(CreateKOVAAPIVideoInstance);
+    const std::vector<std::uint16_t> first = registers();
+    // What a caller has changed meanwhile is gone again.
+    stSrcVideoInfo = {.mode = 255, .auxFlags = 255, .ycOffset = 7, .stClip = {1, 2, 3, 4}, .flags = 0xFFFF};
+    stOutVideoInfo = {.frmt = 255, .auxFlags = 0xFFFF, .stZoom = {1, 2, 3, 4}, .stView = {1, 2, 3, 4}, .hue = 1};
+    Quietly(CreateKOVAAPIVideoInstance);
+    EXPECT_EQ(registers(), first);
+}
+
+TEST_F(KovaPath, AFormatOutOfRangeStopsTheUpdateWhereItIsFound) {
+    struct Case {
+        std::uint8_t srcFrmt, srcMode, outFrmt;
+    };
+    for (const Case& c : {Case{VIDSRC_COUNT, MUX656_10, 0}, Case{0, 10, 0}, Case{0, RGB444_8, VIDOUT_COUNT}}) {
+        src = {.frmt = c.srcFrmt, .mode = c.srcMode};
+        out.frmt = c.outFrmt;
+        Fill(0);
+        Note(KOVAAPI_VideoProcess(&src, &out), "source", c.srcFrmt, "mode", c.srcMode, "output", c.outFrmt);
+        // The double rate stops with it, with its bit set.
+        Note(KOVAAPI_HDDBLProcess(&src, &out, 1), "double rate, clock", KOVAPLLClock, "state", stKOVADeint.state);
+    }
+    ExpectGolden("kova-path-formats.txt", record.str());
+}
+
+TEST_F(KovaPath, TheDoubleRateVariantWrapsTheUpdate) {
+    const auto note = [this](std::uint8_t on) {
+        const std::uint8_t result = KOVAAPI_HDDBLProcess(&src, &out, on);
+        record << "source window " << stKOVASrcWIN << ' ';
+        Note(result, "double rate", on, "state", stKOVADeint.state, "clock", KOVAPLLClock, "wrote\n   ");
+    };
+    KOVAAPI_HDDBLProcess(&src, &out, 0); // the scaler set is loaded from here on
+    Journal();
+    note(0);
+    note(2);
+    src.mode = MUX656_8_B;
+    src.stClip = {640, 400, 8, 9};
+    note(1);
+    src.stClip = {640, 0, 8, 9}; // not in use
+    note(1);
+    ExpectGolden("kova-path-double-rate.txt", record.str());
+}
+
+} // namespace

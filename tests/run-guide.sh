@@ -1,0 +1,102 @@
+#!/bin/sh
+# Runs the guide: does what its console blocks do and looks for what they show in what comes out.
+#
+# usage: run-guide.sh GUIDE PROGRAM [EMULATOR...]     PROGRAM: the console, with the simulated board beside it
+#
+# In a block, sh carries out the lines "$ COMMAND"; there ./run is the console on the simulated board, kova-console the
+# console without it. "Please Input Command : LINE" is typed; what follows "kova-sim: TEXT" is typed once that has come.
+# Every line must come out, each right after the one before it. "..." stands for lines left out, and so does the end;
+# where nothing is shown, nothing may come. Left out without a sign: empty lines, the usage summary, the echo of what is
+# typed. Then the commands "w ..." in the text around the blocks are typed, and the sources' messages looked for.
+set -u
+guide=$1 CONSOLE=$2
+shift 2
+EMULATOR=$*
+export CONSOLE EMULATOR
+unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT KOVA_SIM_JOURNAL
+
+folder=$(mktemp -d) || exit 1
+trap 'rm -rf "$folder"' EXIT
+mkdir "$folder/here" || exit 1
+PATH=$folder:$PATH
+# The loader puts the console's folder for $ORIGIN. Only an emulated program may get the library, not its emulator.
+cat >"$folder/here/run" <<'RUN'
+#!/bin/sh
+export KOVA_SIM_SPEED="${KOVA_SIM_SPEED-1000}"
+[ -n "$EMULATOR" ] && exec $EMULATOR -E 'LD_PRELOAD=$ORIGIN/libkova-sim.so' "$CONSOLE"
+export LD_PRELOAD='$ORIGIN/libkova-sim.so'
+exec "$CONSOLE"
+RUN
+printf '#!/bin/sh\nexec $EMULATOR "$CONSOLE"\n' >"$folder/kova-console"
+chmod +x "$folder/here/run" "$folder/kova-console"
+
+type_lines() {
+    while IFS= read -r line; do
+        case $line in
+        "Please Input Command : "*) printf '%s\n' "${line#*: }" ;;
+        "kova-sim: "*)
+            tries=600
+            until grep -aqF "$line" "$folder/raw" || [ $((tries -= 1)) -lt 0 ]; do sleep 0.1; done
+            ;;
+        esac
+    done <"$1"
+}
+
+squeeze() { sed 's/[[:blank:]]\{1,\}/ /g; s/^ //; s/ $//; /^$/d'; }
+
+# Reports begin with their newline instead of ending in it, and the prompt has none: anything may follow them in a line.
+as_shown() {
+    tr -d '\r' |
+        awk '{ gsub(/Please Input Command : /, ""); gsub(/Your Input Command = \[|kova-sim: /, "\n&"); print }' |
+        sed -E 's/^Your Input Command = \[(.*)\]$/Please Input Command : \1/
+                /^usage : r /d; /^        (w|d|mru|init|clstart|p|q) .*- /d' | squeeze
+}
+
+compare='NR == FNR { want = want $0 "\n"; next }
+{ got = got $0 "\n" }
+END {
+    want = "\n" want
+    got = "\n" got
+    if (want == "\n" && got != want) { print "nothing"; exit 1 }
+    while (gsub(/\n\.\.\.\n/, "\n\f\n", want)) {}
+    count = split(want, run, "\f")
+    for (i = 1; i <= count; ++i) {
+        at = index(got, run[i])
+        if (at == 0 || (i == 1 && at > 1)) { print run[i]; exit 1 }
+        got = "\n" substr(got, at + length(run[i]))
+    }
+}'
+
+awk -v folder="$folder" '
+    /^```/ { inside = $0 == "```console"; part = "" }
+    inside && /^\$ / { part = sprintf("%s/%05d", folder, NR) }
+    part != "" { print >part }' "$guide"
+{
+    echo '$ ./run'
+    grep -o '`w [^` ]* [^` ]* [^` ]*`' "$guide" | tr -d '`' | while read -r w target address value; do
+        printf '...\nPlease Input Command : %s %s %s %s\n' "$w" "$target" "$address" "$value"
+        printf '...\nREG = Addr=[0x%04x], ReadData=[0x%04x]\n' "0x$address" "0x$value"
+    done
+} >"$folder/99999"
+
+failed=0 status=0
+for part in "$folder"/[0-9]*; do
+    command=$(sed -n '1s/^\$ //p' "$part")
+    : >"$folder/raw"
+    type_lines "$part" | (cd "$folder/here" && (exit $status); eval "$command") >"$folder/raw" 2>&1
+    status=$?
+    as_shown <"$folder/raw" >"$folder/came"
+    sed 1d "$part" | squeeze >"$folder/wanted"
+    awk "$compare" "$folder/wanted" - <"$folder/came" >"$folder/missed" && continue
+    failed=1
+    printf '%s:%s: $ %s\ndoes not show: %s\nbut:\n' "$guide" "${part##*/}" "$command" "$(cat "$folder/missed")"
+    head -100 "$folder/came"
+done
+
+squeeze <"$guide" >"$folder/guide"
+(cd "$(dirname "$0")/.." && cat app/*.cpp kova/*.cpp hdmitx/*.cpp edid/*.cpp) | grep -v '^ *//\|^ *#' |
+    grep -o '"\([^"\\]\|\\.\)*"' | sed 's/^"//; s/"$//; s/\\[nrt]/ /g; s/%.*//' | squeeze | grep '^[^0-9].\{5\}' |
+    while IFS= read -r message; do
+        grep -qF -- "$message" "$folder/guide" || printf '%s says nothing of: %s\n' "$guide" "$message"
+    done | { ! grep . || exit 1; } || failed=1
+exit $failed
