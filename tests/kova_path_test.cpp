@@ -4,6 +4,7 @@
 #include "hdmitx/hdmitx.h"
 #include "tests/kova_driver.h"
 
+#include <tuple>
 #include <vector>
 
 namespace {

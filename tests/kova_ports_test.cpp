@@ -1,19 +1,34 @@
 #include "tests/kova_driver.h"
 
+#include <tuple>
+
 namespace {
 
-// ---- Input ----
-
-class KovaInputPort : public KovaDriver {
+class KovaPorts : public KovaDriver {
 protected:
     static constexpr ClockDelay kDelay{7, 3};
     SrcVideoInfo src{};
+    OutVideoInfo out{};
 };
+
+TEST_F(KovaPorts, AFormatOrModeOutOfRangeChangesNothing) {
+    for (const auto& [frmt, mode] : {std::pair{24, 0}, {255, 0}, {0, 10}, {0, 255}, {12, 8}}) {
+        src = {.frmt = std::uint8_t(frmt), .mode = std::uint8_t(mode), .hTotal = 1, .flags = 2, .stActive = {3, 4}};
+        out = {.frmt = src.frmt, .mode = src.mode, .flags = 2, .stActive = {3, 4}};
+        EXPECT_EQ(KOVAAPI_SetSrcPortMode(&src), 2);
+        EXPECT_EQ(KOVAAPI_SetOutPortMode(&out), 2);
+        EXPECT_EQ(std::tuple(src.hTotal, src.flags, src.stActive), std::tuple(1, 2, VideoWindow{3, 4}));
+        EXPECT_EQ(std::tuple(out.flags, out.stActive), std::tuple(2, VideoWindow{3, 4}));
+    }
+    EXPECT_EQ(Journal(), "");
+}
+
+// ---- Input ----
 
 static_assert(VIDSRC_720x576i50 == 1 && VIDSRC_1280x720p60 == 4 && VIDSRC_1920x1080i60 == 6
               && VIDSRC_1280x1024p60 == 11);
 
-TEST_F(KovaInputPort, ModesAndFormatsFillTheRecordAndTheChip) {
+TEST_F(KovaPorts, ModesAndFormatsFillTheRecordAndTheChip) {
     for (std::uint8_t mode = 0; mode <= MUX656_10_B; ++mode) {
         for (std::uint8_t frmt = 0; frmt < VIDSRC_COUNT; ++frmt) {
             src = {.frmt = frmt, .mode = mode, .flags = 0xFFFF, .stActive = {1, 1, 7, 8}};
@@ -34,16 +49,7 @@ TEST_F(KovaInputPort, ModesAndFormatsFillTheRecordAndTheChip) {
     ExpectGolden("kova-input-modes.txt", record.str());
 }
 
-TEST_F(KovaInputPort, AFormatOrModeOutOfRangeChangesNothing) {
-    for (const auto& [frmt, mode] : {std::pair{12, 0}, {255, 0}, {0, 10}, {0, 255}}) {
-        src = {.frmt = std::uint8_t(frmt), .mode = std::uint8_t(mode), .hTotal = 1, .flags = 2, .stActive = {3, 4}};
-        EXPECT_EQ(KOVAAPI_SetSrcPortMode(&src), 2);
-        EXPECT_EQ(std::tuple(src.hTotal, src.flags, src.stActive), std::tuple(1, 2, VideoWindow{3, 4}));
-    }
-    EXPECT_EQ(Journal(), "");
-}
-
-TEST_F(KovaInputPort, SingleSettersOnThePortOfTheRecord) {
+TEST_F(KovaPorts, SingleSettersOnThePortOfTheRecord) {
     for (const unsigned port : {VIDFLAG_PORT_A + 0U, 0U}) {
         for (const bool on : {true, false}) {
             src = {.auxFlags = std::uint8_t(on ? 0 : 0x1F), .flags = std::uint16_t(port)};
@@ -70,12 +76,7 @@ TEST_F(KovaInputPort, SingleSettersOnThePortOfTheRecord) {
 
 // ---- Output ----
 
-class KovaOutputPort : public KovaDriver {
-protected:
-    OutVideoInfo out{};
-};
-
-TEST_F(KovaOutputPort, EverythingOfAnInterlacedYCbCrOutput) {
+TEST_F(KovaPorts, EverythingOfAnInterlacedYCbCrOutput) {
     constexpr std::array<ClockDelay, 5> kDelays{{{1, 1}, {1, 2}, {2, 3}, {255, 0}, {0, 1}}};
     out = {.frmt = VIDOUT_1920x1080i60, .mode = EMB422_10, .auxFlags = 0x822F};
     out.pOutVCLK = &kDelays[0];
@@ -88,7 +89,7 @@ TEST_F(KovaOutputPort, EverythingOfAnInterlacedYCbCrOutput) {
 }
 
 // A narrow multiplexed output runs at twice the pixel clock. Of the sync words those that differ from mode 0's.
-TEST_F(KovaOutputPort, ModesAndFormatsFillTheRecord) {
+TEST_F(KovaPorts, ModesAndFormatsFillTheRecord) {
     for (std::uint8_t frmt = 0; frmt < VIDOUT_COUNT; ++frmt) {
         SyncTiming sync{};
         for (std::uint8_t mode = 0; mode <= MUX656_10; ++mode) {
@@ -118,16 +119,7 @@ TEST_F(KovaOutputPort, ModesAndFormatsFillTheRecord) {
     ExpectGolden("kova-output-modes.txt", record.str());
 }
 
-TEST_F(KovaOutputPort, AFormatOrModeOutOfRangeChangesNothing) {
-    for (const auto& [frmt, mode] : {std::pair{24, 0}, {255, 0}, {0, 8}, {0, 255}}) {
-        out = {.frmt = std::uint8_t(frmt), .mode = std::uint8_t(mode), .flags = 2, .stActive = {3, 4}};
-        EXPECT_EQ(KOVAAPI_SetOutPortMode(&out), 2);
-        EXPECT_EQ(std::tuple(out.flags, out.stActive), std::tuple(2, VideoWindow{3, 4}));
-    }
-    EXPECT_EQ(Journal(), "");
-}
-
-TEST_F(KovaOutputPort, Options) {
+TEST_F(KovaPorts, Options) {
     for (const bool on : {true, false}) {
         Fill(on ? 0 : 0xFFFF);
         for (const auto set : {KOVAAPI_SetDIGCbCrSwap, KOVAAPI_SetDACPbPrSwap, KOVAAPI_SetOutHActInvert,
@@ -151,17 +143,17 @@ TEST_F(KovaOutputPort, Options) {
     ExpectGolden("kova-output-options.txt", record.str());
 }
 
-TEST_F(KovaOutputPort, ClocksAndResets) {
+TEST_F(KovaPorts, ClocksAndResets) {
     for (const std::uint16_t source : Words{0, 1, 2, 3, 4}) {
         Note(KOVAAPI_SetVCLKPLLSource(source), "source", source, "kept", KOVAPLLClock);
     }
-    constexpr ClockDelay kDelay{1, 2};
+    constexpr ClockDelay kClock{1, 2};
     for (const auto& [set, kept] : {std::pair{&KOVAAPI_SetOutVCLKDelay, &OutVideoInfo::pOutVCLK},
                                     {&KOVAAPI_SetOutVCLKBDelay, &OutVideoInfo::pOutVCLKB},
                                     {&KOVAAPI_SetIntVCLKDelay, &OutVideoInfo::pIntVCLK},
                                     {&KOVAAPI_SetIntVCLK2xDelay, &OutVideoInfo::pIntVCLK2x},
                                     {&KOVAAPI_SetIntDACCLKDelay, &OutVideoInfo::pIntDACCLK}}) {
-        for (const ClockDelay* const delay : {&kDelay, static_cast<const ClockDelay*>(nullptr)}) {
+        for (const ClockDelay* const delay : {&kClock, static_cast<const ClockDelay*>(nullptr)}) {
             Note(set(&out, delay), delay != nullptr ? "delay" : "none");
             EXPECT_EQ(out.*kept, delay);
         }
@@ -171,7 +163,7 @@ TEST_F(KovaOutputPort, ClocksAndResets) {
     ExpectGolden("kova-output-clocks.txt", record.str());
 }
 
-TEST_F(KovaOutputPort, DriversAndPinsAreSwitchedOffByTheirBits) {
+TEST_F(KovaPorts, DriversAndPinsAreSwitchedOffByTheirBits) {
     for (const auto& [enable, which] : {std::pair{&KOVAAPI_EnableClockDrive, 15},
                                         {&KOVAAPI_EnableClockDrive, 3},
                                         {&KOVAAPI_EnableClockDrive, 14},

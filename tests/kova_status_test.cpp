@@ -5,30 +5,23 @@
 
 namespace {
 
-class KovaStatus : public KovaDriver {
-protected:
-    static std::uint16_t HFrequency() {
-        std::uint16_t value = 0;
-        EXPECT_EQ(KOVAAPI_GetSyncHfreq(&value), 0);
-        return value;
-    }
-    static std::uint16_t Lines() {
-        std::uint16_t value = 0;
-        EXPECT_EQ(KOVAAPI_GetSyncVline(&value), 0);
-        return value;
-    }
-};
+using KovaStatus = KovaDriver;
+
+template <typename Value>
+Value Get(std::uint8_t (*get)(Value*)) {
+    Value value{};
+    EXPECT_EQ(get(&value), 0);
+    return value;
+}
+int HFrequency() { return Get(KOVAAPI_GetSyncHfreq); }
+int Lines() { return Get(KOVAAPI_GetSyncVline); }
 
 TEST_F(KovaStatus, StatusAndMeasurements) {
-    std::uint16_t id = 0;
-    std::uint8_t status = 0;
-    std::uint8_t pattern = 0;
     sim::SetVideoInput({.syncStatus = 0xFFFE});
     sim::KovaRegister(0x4C0) = 0xFFF7;
-    EXPECT_EQ(KOVAAPI_GetDeviceID(&id), 0);
-    EXPECT_EQ(KOVAAPI_GetSyncStatus(&status), 0);
-    EXPECT_EQ(KOVAAPI_GetInputPattern(&pattern), 0);
-    record << "ID " << id << ", sync " << int{status} << ", pattern " << int{pattern} << '\n' << Transfers();
+    record << "ID " << Get(KOVAAPI_GetDeviceID);
+    record << ", sync " << int{Get(KOVAAPI_GetSyncStatus)};
+    record << ", pattern " << int{Get(KOVAAPI_GetInputPattern)} << '\n' << Transfers();
     for (const auto& [name, input, shown] : {std::tuple{"input", sim::VideoInput{.measureReads = 2}, 0},
                                              {"no sync", sim::VideoInput{.syncStatus = 2}, 0},
                                              {"pattern", sim::VideoInput{}, 4}}) {

@@ -1,6 +1,6 @@
 #include "tests/kova_driver.h"
 
-#include <regex>
+#include <tuple>
 
 namespace {
 
@@ -90,8 +90,14 @@ TEST_F(KovaWindows, CallersScalerTables) {
     stKOVADstWIN.h = 0; // not shrinking: every table counts
     Note(KOVAAPI_SetMFCFilterCoef(&out), "all four by way of the record");
     // Of an entry that is zero the address says enough, and that stands in the tables that are built in.
-    ExpectGolden("kova-scaler-tables.txt",
-                 std::regex_replace(record.str(), std::regex("\\s*590:(0000 ){4}[0-9a-f]+"), ""));
+    std::string text = record.str();
+    const std::string zeros = "590:0000 0000 0000 0000 ";
+    for (std::size_t at = 0; (at = text.find(zeros, at)) != std::string::npos;) {
+        const std::size_t end = at + zeros.size() + 4;
+        at = text.find_last_not_of(" \n", at - 1) + 1;
+        text.erase(at, end - at);
+    }
+    ExpectGolden("kova-scaler-tables.txt", text);
 }
 
 TEST_F(KovaWindows, MemoryPrecisionAndConfiguration) {
