@@ -61,8 +61,10 @@ target_include_directories(kova INTERFACE $<INSTALL_INTERFACE:${KOVA_INCLUDEDIR}
 install(TARGETS kova EXPORT kova ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 # Stripping leaves libraries like this one alone, debug information and all.
 install(CODE "if(CMAKE_INSTALL_DO_STRIP)
+  set(library \"${CMAKE_INSTALL_LIBDIR}/libkova.a\")
+  cmake_path(ABSOLUTE_PATH library BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
   execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-debug --enable-deterministic-archives
-    \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/libkova.a\" COMMAND_ERROR_IS_FATAL ANY)
+    \"\$ENV{DESTDIR}\${library}\" COMMAND_ERROR_IS_FATAL ANY)
 endif()" COMPONENT development)
 
 set(KOVA_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/kova)
@@ -70,7 +72,7 @@ install(EXPORT kova NAMESPACE kova:: FILE kovaConfig.cmake DESTINATION ${KOVA_CM
 write_basic_package_version_file(kovaConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/kovaConfigVersion.cmake DESTINATION ${KOVA_CMAKEDIR} COMPONENT development)
 
-file(RELATIVE_PATH KOVA_PKGCONFIG_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-string(REGEX REPLACE "/$" "" KOVA_PKGCONFIG_TO_PREFIX ${KOVA_PKGCONFIG_TO_PREFIX})
+file(RELATIVE_PATH KOVA_PKGCONFIG_TO_INCLUDE
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_INCLUDEDIR}/kova-console)
 configure_file(cmake/kova.pc.in kova.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kova.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

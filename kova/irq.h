@@ -1,6 +1,6 @@
 #pragma once
-// The video processor's interrupts, polled: a stored copy of the status register, and the enables. Used by the control
-// loop's thread only.
+// The video processor's interrupts, polled: a stored copy of the status register, and the enables. One thread polls: in
+// the console that of the control loop.
 
 #include <cstdint>
 
