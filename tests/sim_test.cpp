@@ -126,7 +126,7 @@ TEST_F(SimSetUp, ABadVariableIsRefused) {
         EXPECT_NE(With("KOVA_SIM_SPEED", speed).find("KOVA_SIM_SPEED"), std::string::npos) << speed;
     }
     ClearEnvironment();
-    for (const std::size_t size : {0, 127, 129, 257 * 128}) {
+    for (const std::size_t size : {0U, 127U, 129U, 257U * 128}) {
         std::ofstream("monitor") << std::string(size, 'x');
         EXPECT_NE(With("KOVA_SIM_EDID", "monitor").find("is no binary EDID"), std::string::npos) << size;
     }
