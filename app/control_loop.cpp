@@ -37,7 +37,7 @@ void SystemMainCtrlLoop() {
         KOVAAPI_GetParseIRQ();
         HDMIHandler();
     }
-    std::puts("ControlLoopStoped! ");
+    std::fputs("ControlLoopStoped! \n", stdout);
 }
 
 void ControlLoopStart() {

@@ -68,7 +68,7 @@ std::int32_t write_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, st
     usleep(kPauseMicroseconds);
     kova_xfer record{.addr = addr, .data = {d0, d1}};
     if (!Transfer(fd, KOVA_310_WRITE, record)) {
-        std::puts("kova write error ");
+        std::fputs("kova write error \n", stdout);
         return -1;
     }
     return 1;
@@ -78,7 +78,7 @@ std::int32_t read_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std
     usleep(kPauseMicroseconds);
     kova_xfer record{.addr = addr, .data = {d0, d1}};
     if (!Transfer(fd, KOVA_310_READ, record)) {
-        std::puts("kova read error ");
+        std::fputs("kova read error \n", stdout);
         return -1;
     }
     return Result(record);

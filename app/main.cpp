@@ -32,13 +32,13 @@ int main() {
     SharpenPauses();
     if (open_kova() < 0) {
         const int reason = errno;
-        std::puts("kova_310 driver open fail ");
-        std::puts("open error kova_310");
+        std::fputs("kova_310 driver open fail \n", stdout);
+        std::fputs("open error kova_310\n", stdout);
         errno = reason;
         std::perror(kDeviceNode);
         return -1;
     }
-    std::puts("kova_310 driver open success ");
+    std::fputs("kova_310 driver open success \n", stdout);
     RunShell();
     close_kova();
     return 0;

@@ -124,8 +124,9 @@ struct AddressRange {
 constexpr std::array<AddressRange, 2> kDumpRanges{{{0x000, 0x089}, {0x400, 0x5BF}}};
 
 void DumpKova() {
-    std::puts("\n\n[Addr(HEX)] \t0000 \t0001 \t0002 \t0003 \t0004 \t0005 \t0006 \t0007 \t0008 \t0009 \t000A \t000B "
-              "\t000C \t000D \t000E \t000F");
+    std::fputs("\n\n[Addr(HEX)] \t0000 \t0001 \t0002 \t0003 \t0004 \t0005 \t0006 \t0007 \t0008 \t0009 \t000A \t000B "
+               "\t000C \t000D \t000E \t000F\n",
+               stdout);
     for (const AddressRange& range : kDumpRanges) {
         for (std::uint16_t addr = range.first; addr <= range.last; ++addr) {
             if (addr % 16 == 0) {
@@ -141,7 +142,7 @@ void DumpKova() {
 
 void UpdateKova() {
     KOVA_RegWrite(KOVA_LOCAL_UPDATE, 1);
-    std::puts("\n KOVA Local Reg Update ( Write '1' at 0x4c4 ) ! \n");
+    std::fputs("\n KOVA Local Reg Update ( Write '1' at 0x4c4 ) ! \n\n", stdout);
 }
 
 // A register command acts only with exactly its number of tokens.
@@ -162,26 +163,26 @@ void RunRegisterCommand(RegisterLine& line) {
 // ---- Line commands ----
 
 void StartUp() {
-    std::puts("CreateKOVAAPIVideoInstance Started!! ");
+    std::fputs("CreateKOVAAPIVideoInstance Started!! \n", stdout);
     CreateKOVAAPIVideoInstance();
 }
 
 void StartLoop() {
     if (ControlLoop_OnOff != 0) {
-        std::puts("Already... ControlLoopStart() ");
+        std::fputs("Already... ControlLoopStart() \n", stdout);
         return;
     }
-    std::puts("ControlLoopStart() ");
+    std::fputs("ControlLoopStart() \n", stdout);
     ControlLoopStart();
 }
 
 void StopLoop() {
-    std::puts("ControlLoopStop() ");
+    std::fputs("ControlLoopStop() \n", stdout);
     ControlLoop_OnOff = 0;
 }
 
 void Quit() {
-    std::puts("Program Terminated.. ");
+    std::fputs("Program Terminated.. \n", stdout);
     ControlLoop_OnOff = 0;
 }
 

@@ -37,7 +37,9 @@ build_preset() {
             }
         fi
         # Targets and options are plain words. What is started here must not keep the lock.
-        # "built" is as old as the sources that went in.
+        # "built" is as old as the sources that went in, and there when nobody builds.
+        rm -f "$folder/built"
+        [ "$preset" = powerpc ] || unset CMAKE_TOOLCHAIN_FILE # the board's
         {
             touch "$folder/building" && cmake --preset "$preset" $options &&
                 cmake --build --preset "$preset" $targets && mv "$folder/building" "$folder/built"

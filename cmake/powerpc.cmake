@@ -4,6 +4,9 @@
 # What the first run found in the environment holds for the later ones.
 set(KOVA_TOOLCHAIN_FILE "$ENV{CMAKE_TOOLCHAIN_FILE}" CACHE FILEPATH "Toolchain file of another cross compiler")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KOVA_TOOLCHAIN_FILE)
+if(DEFINED ENV{CMAKE_TOOLCHAIN_FILE} AND NOT "$ENV{CMAKE_TOOLCHAIN_FILE}" STREQUAL KOVA_TOOLCHAIN_FILE)
+  message(FATAL_ERROR "This build folder has another toolchain file: \"${KOVA_TOOLCHAIN_FILE}\". Remove the folder.")
+endif()
 if(KOVA_TOOLCHAIN_FILE AND NOT KOVA_TOOLCHAIN_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
   include(${KOVA_TOOLCHAIN_FILE})
   return()

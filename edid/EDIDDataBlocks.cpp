@@ -53,7 +53,7 @@ std::uint8_t ParsingVideoDATABlock(std::uint16_t* crc, std::uint8_t offset) {
     if (const std::uint8_t result = ReadLength(offset, &length, crc); result != 0) {
         return result;
     }
-    // Groups of 8, then what is left, even when nothing is: a group of none still clears the list.
+    // Groups of at most 8. A block without any is one empty group, which still clears the list.
     unsigned consumed = 0;
     do {
         std::array<std::uint8_t, kVideoGroup> bytes{};

@@ -132,9 +132,9 @@ void SendCP_Packet(std::uint8_t mute);
 /// channel status code (0x21), and switches the audio input on. Without a stable CTS everything stays as it is.
 void SetN();
 
-/// @return 1 when two reads of a CTS above 5000 agree within 2 in five rounds, without one in between that they disagree
-///         in (a round without such a CTS does not break the row); 0, with a message, when ten rounds, 60 register
-///         reads, do not show that.
+/// Measures in rounds of two reads. They agree when they lie within 2 of each other; a round that does not agree starts
+/// the count anew, one whose first CTS is 5000 or less does not count.
+/// @return 1 when five rounds have agreed; 0, with a message, when ten rounds, 60 register reads, have not shown that.
 std::uint8_t WaitForStableCTS();
 
 /// @return the measured CTS, 24 bits: 0x09, 0x0A, 0x0B.

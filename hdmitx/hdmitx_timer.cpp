@@ -23,7 +23,7 @@ constexpr std::uint8_t kPeriodsToParse = 2;
 
 constexpr std::uint8_t kChooseDvi = 5; // for AssignOutputState: any value but EDID_OUTMODE_HDMI
 
-std::uint8_t ConfirmCount = 0; // ticks in a row that saw a sink while there was none
+std::uint8_t ConfirmCount = 0; // polls in a row that saw a sink while there was none
 std::uint8_t TimeOut = 0;      // periods left before an unresolved sink gets DVI
 std::uint8_t auxTime = 0;      // passes since the last tick
 std::uint8_t TimerSrvF = 0;    // a tick is due

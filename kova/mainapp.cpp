@@ -25,7 +25,7 @@ bool AwaitDeviceId() {
         KOVAAPI_GetDeviceID(&id);
         std::printf("nID=%x \n", unsigned{id});
         if (id == KOVA_DEVICE_ID) {
-            std::puts("ok ");
+            std::fputs("ok \n", stdout);
             return true;
         }
     }
@@ -106,7 +106,7 @@ void SwitchOutputsOn() {
 // Reading back shows on the console what the transmitter took: every transfer leaves its trace line.
 std::uint8_t StartTransmitter() {
     WriteTxSettings(kTxNormalSetup);
-    std::puts("\n$$$$$$$$$$$$$$ HDMI Read Teset $$$$$$$$$$\n");
+    std::fputs("\n$$$$$$$$$$$$$$ HDMI Read Teset $$$$$$$$$$\n\n", stdout);
     std::uint8_t last = 0;
     for (const TxSetting& row : kTxNormalSetup) {
         last = HDTX_RegRead(row.page, row.reg);

@@ -60,6 +60,10 @@ void ResetVideo();
 
 /// In virtual time, moves the clock on by a pause. @return false in real time
 bool PassVirtually(std::uint64_t microseconds);
+/// Whether the time before the script's last line is being skipped.
+bool SkipsWaiting();
+/// Whether another thread of this process has something to do. Called without the lock, which it may want.
+bool OthersRun();
 /// A pause in real time. Called without the lock, so that the other thread goes on.
 void SleepReally(std::uint64_t microseconds);
 

@@ -2,7 +2,13 @@
 
 #include "sim/board.h"
 
+#include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <ctime>
+#include <dirent.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace sim {
 
@@ -31,12 +37,12 @@ void UseVirtualTimeUntil(std::uint64_t microseconds) {
     virtualNow = 0;
     virtualUntil = microseconds;
     speed = 1;
+    realStart = RealMicroseconds();
 }
 
 void UseRealTime(double newSpeed) {
     UseVirtualTimeUntil(0);
     speed = newSpeed;
-    realStart = RealMicroseconds();
 }
 
 std::uint64_t Now() {
@@ -55,6 +61,30 @@ bool PassVirtually(std::uint64_t microseconds) {
         realStart = RealMicroseconds();
     }
     return true;
+}
+
+bool SkipsWaiting() { return Virtual() && virtualUntil != kForEver; }
+
+bool OthersRun() {
+    DIR* const threads = opendir("/proc/self/task");
+    if (threads == nullptr) {
+        return false;
+    }
+    bool running = false;
+    while (const dirent* const thread = readdir(threads)) {
+        if (std::atol(thread->d_name) == syscall(SYS_gettid)) {
+            continue;
+        }
+        std::array<char, 320> path{};
+        std::snprintf(path.data(), path.size(), "/proc/self/task/%s/stat", thread->d_name);
+        if (std::FILE* const stat = std::fopen(path.data(), "r"); stat != nullptr) {
+            char state = 0;
+            running |= std::fscanf(stat, "%*d (%*[^)]) %c", &state) == 1 && (state == 'R' || state == 'D');
+            std::fclose(stat);
+        }
+    }
+    closedir(threads);
+    return running;
 }
 
 void SleepReally(std::uint64_t microseconds) {

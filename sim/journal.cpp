@@ -1,4 +1,4 @@
-// What the board was asked to do, as text that a test compares whole.
+// What the board was asked to do, as text: for tests to compare, and in a file for people.
 
 #include "sim/board.h"
 

@@ -20,6 +20,7 @@ std::atomic<int> deviceFd = kNone;
 std::int32_t OpenDevice() {
     const std::scoped_lock lock(sim::boardLock);
     if (!sim::isSetUp && !sim::SetUpFromEnvironment()) {
+        sim::isSetUp = false; // nor is it for who tries again
         errno = ENODEV;
         return -1;
     }
@@ -27,6 +28,11 @@ std::int32_t OpenDevice() {
     deviceFd = static_cast<int>(syscall(SYS_openat, AT_FDCWD, "/dev/null", O_RDWR, 0));
     sim::Note("open");
     return deviceFd;
+}
+
+bool SkipsWaiting() {
+    const std::scoped_lock lock(sim::boardLock);
+    return sim::SkipsWaiting();
 }
 
 void Pause(std::uint64_t microseconds) {
@@ -81,6 +87,10 @@ int ioctl(int fd, unsigned long request, ...) noexcept {
 }
 
 unsigned sleep(unsigned seconds) {
+    // In a second that is skipped the other thread would have come to an end with what it does.
+    while (SkipsWaiting() && sim::OthersRun()) {
+        sim::SleepReally(100);
+    }
     Pause(std::uint64_t{seconds} * 1'000'000);
     return 0;
 }

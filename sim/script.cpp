@@ -3,7 +3,6 @@
 #include "sim/board.h"
 
 #include <cerrno>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

@@ -1,5 +1,6 @@
 #include "tests/board.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -24,11 +25,18 @@ TEST_F(Device, AFailedRequestGivesMinusOneAndSoDoesAnUnknownPage) {
     EXPECT_EQ(Journal(), ""); // an unknown page makes no request
 }
 
-TEST_F(Device, TheNodeIsNoStandardStreamEvenWhereOneIsClosed) {
-    close_kova();
-    close(STDIN_FILENO);
-    EXPECT_GT(open_kova(), STDERR_FILENO);
-    EXPECT_EQ(read(STDIN_FILENO, nullptr, 0), 0); // taken, and at its end
+TEST_F(Device, TheNodeIsNoStandardStreamEvenWhereTheyAreClosed) {
+    const auto reopen = [] {
+        close_kova();
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            close(stream);
+        }
+        const bool apart = open_kova() > STDERR_FILENO && read(STDIN_FILENO, nullptr, 0) == 0; // taken, and at its end
+        const int node = s_fd;
+        close_kova();
+        std::_Exit(apart && fcntl(node, F_GETFD) == -1 ? 0 : 1);
+    };
+    EXPECT_EXIT(reopen(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace
