@@ -114,20 +114,4 @@ TEST_F(Audio, OptimumNValues) {
     ExpectGolden("audio-n.txt", log);
 }
 
-TEST_F(Audio, Switches) {
-    Journal();
-    Quietly([] {
-        SetI2SFsStatus(50);
-        TXSPDIFSelect(2);
-        EXPECT_EQ(IsSPDIFSelected(), 1);
-        EXPECT_EQ(IsAudioDisabled(), 1);
-        TXAudio(2);
-        EXPECT_EQ(IsAudioDisabled(), 0);
-        TXSPDIFSelect(0);
-        EXPECT_EQ(IsSPDIFSelected(), 0);
-        TXAudio(0);
-    });
-    EXPECT_EQ(Writes(), "hdmi2 w 14 02\nhdmi2 w 14 03\nhdmi2 w 14 01\nhdmi2 w 14 00\n");
-}
-
 } // namespace

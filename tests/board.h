@@ -99,15 +99,12 @@ protected:
 
 private:
     static std::string Filter(const std::string& text, bool keep) {
-        const std::string journal = sim::TakeJournal();
         std::string kept;
-        for (std::size_t at = 0; at < journal.size();) {
-            const std::size_t end = journal.find('\n', at) + 1;
-            const std::string line = journal.substr(at, end - at);
+        std::istringstream journal(sim::TakeJournal());
+        for (std::string line; std::getline(journal, line);) {
             if ((line.find(text) != std::string::npos) == keep) {
-                kept += line;
+                kept += line + '\n';
             }
-            at = end;
         }
         return kept;
     }

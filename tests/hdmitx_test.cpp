@@ -23,14 +23,10 @@ TEST_F(HdmiTx, FieldsAreTrusted) {
     struct Case {
         std::uint8_t old, pos, width, data, expected;
     };
-    for (const Case& c : {
-             Case{0x0F, 4, 2, 0x3, 0x3F},
-             Case{0xFF, 4, 2, 0x0, 0xCF},
-             Case{0x5A, 3, 0, 0x7, 0x5A}, // rewritten unchanged
-             Case{0x12, 0, 8, 0xEE, 0xEE},
-             Case{0x00, 6, 4, 0xF, 0xC0}, // bits above bit 7 are lost
-             Case{0x5A, 255, 255, 0xFF, 0x5A},
-         }) {
+    // Of no width: rewritten unchanged. Bits above bit 7 are lost.
+    for (const Case& c :
+         {Case{0x0F, 4, 2, 0x3, 0x3F}, Case{0xFF, 4, 2, 0x0, 0xCF}, Case{0x5A, 3, 0, 0x7, 0x5A},
+          Case{0x12, 0, 8, 0xEE, 0xEE}, Case{0x00, 6, 4, 0xF, 0xC0}, Case{0x5A, 255, 255, 0xFF, 0x5A}}) {
         sim::TxRegister(sim::Page::Hdmi2, 0x10) = c.old;
         Quietly([&] { EXPECT_EQ(HDTX_RegField(HDTX_SLV1, 0x10, c.pos, c.width, c.data), 0); });
         EXPECT_EQ(sim::TxRegister(sim::Page::Hdmi2, 0x10), c.expected);

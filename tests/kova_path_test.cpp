@@ -5,7 +5,6 @@
 #include "tests/kova_driver.h"
 
 #include <tuple>
-#include <vector>
 
 namespace {
 
@@ -24,17 +23,6 @@ protected:
     SrcVideoInfo src{.frmt = VIDSRC_704x480i60, .mode = MUX656_10};
     OutVideoInfo out{.frmt = VIDOUT_1280x1024p60, .mode = RGB444_8};
 };
-
-TEST_F(KovaPath, AnotherStartUpLeavesTheSameBoard) {
-    const auto registers = [] { return std::vector(&sim::KovaRegister(0), &sim::KovaRegister(0x600)); };
-    Quietly(CreateKOVAAPIVideoInstance);
-    const std::vector<std::uint16_t> first = registers();
-    // What a caller has changed meanwhile is gone again.
-    stSrcVideoInfo = {.mode = 255, .auxFlags = 255, .ycOffset = 7, .stClip = {1, 2, 3, 4}, .flags = 0xFFFF};
-    stOutVideoInfo = {.frmt = 255, .auxFlags = 0xFFFF, .stZoom = {1, 2, 3, 4}, .stView = {1, 2, 3, 4}, .hue = 1};
-    Quietly(CreateKOVAAPIVideoInstance);
-    EXPECT_EQ(registers(), first);
-}
 
 TEST_F(KovaPath, AFormatOutOfRangeStopsTheUpdateWhereItIsFound) {
     struct Case {

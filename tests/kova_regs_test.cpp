@@ -24,9 +24,8 @@ TEST_F(KovaRegs, FieldsAreWrittenIntoTheRegisterAsItIs) {
     sim::FailRequests(1, 1);
     Quietly([] { EXPECT_EQ(KOVA_RegField(0x400, 0, 4, 0), 0); });
     EXPECT_EQ(Transfers(), "kova r 0400 a5f5\nkova w 0400 a5f4\nkova r 0400 0000 failed\nkova w 0400 fff0\n");
-}
 
-TEST_F(KovaRegs, FieldsOutsideTheRegisterMakeNoTransfer) {
+    // A field outside the register makes no transfer.
     for (const auto& [pos, width] : {std::pair{16, 1}, {0, 0}, {0, 17}, {10, 7}, {65535, 65535}}) {
         EXPECT_EQ(KOVA_RegField(0x400, std::uint16_t(pos), std::uint16_t(width), 0), 3);
     }

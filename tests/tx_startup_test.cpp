@@ -104,6 +104,13 @@ TEST_F(TxStartUp, EveryOperation) {
     Log("falling edge", SetInputClockEdge);
     DefaultICLKEDGE = 1;
     Log("rising edge", SetInputClockEdge);
+    Log("sample rate 50 kHz", [] { SetI2SFsStatus(50); });
+    Log("S/PDIF", [] { TXSPDIFSelect(2); });
+    Log("S/PDIF? audio off?", [] { EXPECT_EQ(IsSPDIFSelected() + 2 * IsAudioDisabled(), 3); });
+    Log("audio on", [] { TXAudio(2); });
+    Log("I2S", [] { TXSPDIFSelect(0); });
+    Log("S/PDIF? audio off?", [] { EXPECT_EQ(IsSPDIFSelected() + 2 * IsAudioDisabled(), 0); });
+    Log("audio off", [] { TXAudio(0); });
     DefaultDVImode = 3;
     Log("DVI forced?", [] { EXPECT_EQ(IsNeedToForceInDVIMode(), 3); });
     ExpectGolden("tx-operations.txt", log);
