@@ -38,8 +38,8 @@ bool Transfer(std::int32_t fd, KovaRequest request, kova_xfer& record) { return 
 
 std::int32_t Result(const kova_xfer& record) { return record.data[0] | (record.data[1] << 8); }
 
-// A standard stream that is closed at the start leaves its descriptor free. If the node got it, the console's text would
-// go to the chips' driver, or the driver's answers be taken for commands.
+// A standard stream that is closed at the start leaves its descriptor free. If the node got it, the console's text
+// would go to the chips' driver, or the driver's answers be taken for commands.
 void OccupyStandardStreams() {
     int fd = 0;
     do {

@@ -1,5 +1,5 @@
-# Sourced by the scripts of this project: need_packages NAME... installs what a Debian machine lacks. What is there already,
-# from wherever, will do.
+# Sourced by the scripts of this project: need_packages NAME... installs what a Debian machine lacks. What is there
+# already, from wherever, will do.
 
 # Whether a package's program is there. Libraries have none.
 has_program_of() {

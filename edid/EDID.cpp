@@ -121,8 +121,8 @@ std::uint8_t ParseEDID(EDIDParseResult* result) {
     if (TmpD.segment == 0) {
         return transfer;
     }
-    // A failed read of the segment register shows 0xFF, and the next request then selects that segment. What was read there
-    // is not the base block, and no later parse would find that again.
+    // A failed read of the segment register shows 0xFF, and the next request then selects that segment. What was read
+    // there is not the base block, and no later parse would find that again.
     SelectSegment(0);
     return transfer != 0 ? transfer : kSegmentLost;
 }

@@ -48,8 +48,8 @@ std::uint8_t BlockRead_MDDC(MDDCRequest* request);
 /// Carries out a write. Aborts and result as BlockRead_MDDC.
 std::uint8_t BlockWrite_MDDC(MDDCRequest* request);
 
-/// Selects a segment of the EDID, for the requests that follow: 0xEE. TmpD.segment keeps step: it is the segment that the
-/// chip was told last.
+/// Selects a segment of the EDID, for the requests that follow: 0xEE. TmpD.segment keeps step: it is the segment that
+/// the chip was told last.
 void SelectSegment(std::uint8_t segment);
 
 /// Reads count bytes of the EDID from an offset within the segment that 0x72:0xEE selects.

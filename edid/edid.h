@@ -38,8 +38,9 @@ extern std::uint8_t gbNativeVICtemp; ///< CEA-861 code of the last video format 
 
 // ---- Parse and accessors ----
 
-/// Reads and parses the sink's EDID: base block, then its CEA-861 extension. Expects segment 0 to be selected, and leaves it
-/// selected (0x72:0xEE). A parse that ends in another one, selected before or by a failed read of its register, fails.
+/// Reads and parses the sink's EDID: base block, then its CEA-861 extension. Expects segment 0 to be selected, and
+/// leaves it selected (0x72:0xEE). A parse that ends in another one, selected before or by a failed read of its
+/// register, fails.
 /// @param result  filled in as far as the parse came; valid when 0 is returned
 /// @return 0, or the result of the transfer that failed, see MDDC.h
 std::uint8_t ParseEDID(EDIDParseResult* result);
@@ -49,8 +50,8 @@ std::uint8_t ParseEDID(EDIDParseResult* result);
 /// @return 1 when there is an address, else 0
 std::uint8_t ReturnCECPhyAddr(std::uint16_t* address);
 
-/// Hands out the short video descriptors of the last group, as the monitor sent them, and reports their number: that of the
-/// last group with a native one.
+/// Hands out the short video descriptors of the last group, as the monitor sent them, and reports their number: that of
+/// the last group with a native one.
 /// @param destination  room for 8 bytes   @param count  receives the number of bytes copied
 void LoadSupportHDMIVideoOut(std::uint8_t* destination, std::uint8_t* count);
 

@@ -1,5 +1,5 @@
-// Starting point for an application that drives the HDMI output itself: it starts the transmitter for its output format,
-// then runs the transmitter's interrupt and timer handlers once a second.
+// Starting point for an application that drives the HDMI output itself: it starts the transmitter for its output
+// format, then runs the transmitter's interrupt and timer handlers once a second.
 //
 // usage: transmitter [PASSES]     without a number: until it is stopped
 //

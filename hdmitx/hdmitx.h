@@ -86,8 +86,8 @@ enum : std::uint8_t {
 extern std::uint8_t OutputState;    ///< one of the above
 extern std::uint8_t OldOutputState; ///< the state that was printed last
 
-/// One pass of the timer service, to be called once a second after the interrupt handler. Most passes do nothing.
-/// Every 32nd, from pass 8 on, polls hot plug and receiver sense, prints a change of the output state on standard error and
+/// One pass of the timer service, to be called once a second after the interrupt handler. Most passes do nothing. Every
+/// 32nd, from pass 8 on, polls hot plug and receiver sense, prints a change of the output state on standard error and
 /// runs the EDID step: a sink is confirmed at pass 104. Every 992nd, from pass 984 on, counts the time-out and checks
 /// S/PDIF audio.
 void HDMITxTimerHandler();

@@ -137,8 +137,8 @@ struct MemoryConfig {
     std::uint8_t mode;   ///< register 0x022 bits 1..0
 };
 
-/// A colour conversion: the 3 by 3 matrix row by row, three input offsets, three output offsets. Rows, columns and offsets
-/// stand for G/Y, B/Cb, R/Cr in this order; 512 is 1.0; the chip takes 12 bits of each word.
+/// A colour conversion: the 3 by 3 matrix row by row, three input offsets, three output offsets. Rows, columns and
+/// offsets stand for G/Y, B/Cb, R/Cr in this order; 512 is 1.0; the chip takes 12 bits of each word.
 using CscSet = std::array<std::int16_t, 15>;
 
 /// A scaler filter: 64 entries of two coefficients, 2048 standing for 1.0.

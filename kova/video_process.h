@@ -8,8 +8,8 @@
 /// Programs every piece of the video path for the two records, which are completed in place, and restarts the output
 /// sync. To be called after a change of a record's format or mode; the single setters come after at least one update.
 /// Every register is written again on every call, except a scaler coefficient set that is loaded already.
-/// @return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first step that fails, for a format or mode out of range too; what was
-///         written before stays
+/// @return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first step that fails, for a format or mode out of range too;
+///         what was written before stays
 std::uint8_t KOVAAPI_VideoProcess(SrcVideoInfo* src, OutVideoInfo* out);
 
 /// The update in its high-definition double-rate variant, or (on zero) the normal update with the variant switched off.

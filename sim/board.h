@@ -8,8 +8,8 @@
 
 namespace sim {
 
-/// A lock that the thread sanitizer does not see, as it does not see the kernel's. A std::mutex would order the console's
-/// threads at every request, and hide the races between them.
+/// A lock that the thread sanitizer does not see, as it does not see the kernel's. A std::mutex would order the
+/// console's threads at every request, and hide the races between them.
 struct Lock {
     void lock();
     void unlock() { taken.clear(std::memory_order_release); }
@@ -23,8 +23,8 @@ extern Lock boardLock;
 /// Whether somebody has set the board up, by Reset or from the environment.
 extern bool isSetUp;
 
-/// Bits without a meaning show ones in a test, so that a mask that is too wide fails, and zeros to a person, who looks for
-/// the others.
+/// Bits without a meaning show ones in a test, so that a mask that is too wide fails, and zeros to a person, who looks
+/// for the others.
 extern bool meaninglessOnes;
 inline unsigned Meaningless(unsigned bits) { return meaninglessOnes ? bits : 0; }
 

@@ -46,8 +46,8 @@ if grep -aq '^@wait ' "$name.in"; then
     type_lines >"$input" &
 fi
 
-# The loader puts the console's folder for $ORIGIN, whatever characters it holds. An emulator takes the library as an option:
-# only the emulated program may get it.
+# The loader puts the console's folder for $ORIGIN, whatever characters it holds. An emulator takes the library as an
+# option: only the emulated program may get it.
 preload='$ORIGIN/libkova-sim.so'
 if [ -n "${NO_BOARD:-}" ]; then
     "$@" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
