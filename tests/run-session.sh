@@ -64,8 +64,10 @@ echo "[exit status $?]" >>"$shown"
 actual=$shown
 if [ -f "$name.keep" ]; then
     actual=$folder/kept
-    # The prompt comes from the other thread than what follows it. A journal line gets a line of its own.
+    # The prompt comes from the other thread than what follows it. A journal line gets a line of its own, and so does the
+    # exit status after a loop that was cut short.
     sed -e 's/Please Input Command : //' -e 's/ *[0-9]*\.[0-9]\{6\} [kh][a-z0-9]* [rw] /\
+&/' -e 's/\[exit status/\
 &/' "$shown" | grep -aE "$(cat "$name.keep")|^\[exit status|Sanitizer:" >"$actual"
 fi
 if [ -n "${UPDATE_SESSIONS:-}" ]; then
