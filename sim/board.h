@@ -77,6 +77,5 @@ void ClearScript();
 
 void NoteTransfer(unsigned long request, const kova_xfer& record, bool ok);
 void NotePause(std::uint64_t microseconds);
-void Note(const char* what);
 
 } // namespace sim

@@ -28,6 +28,12 @@ constexpr std::array<RequestText, 6> kRequestTexts{{
     {"hdmi2 w %02x %02x", false},
 }};
 
+void Note(const char* what) {
+    if (keeping) {
+        journal.append(what).append("\n");
+    }
+}
+
 } // namespace
 
 void KeepJournal(bool keep) {
@@ -39,12 +45,6 @@ std::string TakeJournal() {
     std::string taken;
     taken.swap(journal);
     return taken;
-}
-
-void Note(const char* what) {
-    if (keeping) {
-        journal.append(what).append("\n");
-    }
 }
 
 void NotePause(std::uint64_t microseconds) {

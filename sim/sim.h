@@ -88,7 +88,7 @@ std::uint64_t Now();
 // ---- Journal ----
 
 /// What has happened since Reset or the last TakeJournal, a line each: "kova r 0004 0083", "hdmi1 w 2f 01", "pause
-/// 100", "open", "close"; a failed request ends in " failed". Empty unless KeepJournal(true).
+/// 100"; a failed request ends in " failed". Empty unless KeepJournal(true).
 std::string TakeJournal();
 void KeepJournal(bool keep);
 

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -88,6 +89,8 @@ TEST_F(SimSetUp, OtherDescriptorsAndUnknownRequests) {
     EXPECT_EQ(waiting, 3);
     EXPECT_EQ(close(ends[0]) + close(ends[1]), 0);
     EXPECT_EQ(ioctl(ends[0], FIONREAD, &waiting), -1);
+    close(open("file", O_CREAT | O_WRONLY, 0600));
+    EXPECT_EQ(std::filesystem::status("file").permissions(), std::filesystem::perms(0600));
     close_kova();
 }
 
