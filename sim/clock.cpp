@@ -72,7 +72,7 @@ bool OthersRun() {
     }
     bool running = false;
     while (const dirent* const thread = readdir(threads)) {
-        if (std::atol(thread->d_name) == syscall(SYS_gettid)) {
+        if (std::strtol(thread->d_name, nullptr, 10) == syscall(SYS_gettid)) {
             continue;
         }
         std::array<char, 320> path{};
