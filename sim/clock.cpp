@@ -72,7 +72,8 @@ bool OthersRun() {
     }
     bool running = false;
     while (const dirent* const thread = readdir(threads)) {
-        if (std::strtol(thread->d_name, nullptr, 10) == syscall(SYS_gettid)) {
+        const long number = std::strtol(thread->d_name, nullptr, 10);
+        if (number == 0 || number == syscall(SYS_gettid)) { // ".", ".." and this one
             continue;
         }
         std::array<char, 320> path{};
