@@ -9,7 +9,8 @@ if(KOVA_WERROR)
 endif()
 
 if(KOVA_SANITIZE)
-  add_compile_options(-fsanitize=${KOVA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # -Og: nothing is optimised away before it is checked, and it builds in half the time.
+  add_compile_options(-Og -fsanitize=${KOVA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${KOVA_SANITIZE})
   # Static runtimes: the console can then run with the simulated board preloaded under it. clang's are static anyway.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
