@@ -4,18 +4,13 @@
 
 namespace {
 
-class InfoFrames : public Board {
-protected:
-    void SetUp() override {
-        Board::SetUp();
-        sim::TxRegister(sim::Page::Hdmi2, 0x2F) = 0x01;
-    }
-};
+using InfoFrames = Board;
 
 TEST_F(InfoFrames, TheAviInfoFrameDescribesFormatColoursAndAspect) {
     struct Case {
         std::uint8_t frmt, mode, activeAspect;
     };
+    sim::TxRegister(sim::Page::Hdmi2, 0x2F) = 0x01;
     for (const Case& c : {
              Case{VIDOUT_1280x720p60, RGB444_8, 0},
              Case{VIDOUT_1920x1080i60, YUV444_8, 0}, // BT.601: its lines are a field's
@@ -38,6 +33,7 @@ TEST_F(InfoFrames, TheAviInfoFrameDescribesFormatColoursAndAspect) {
 }
 
 TEST_F(InfoFrames, LoadingAndSwitching) {
+    sim::TxRegister(sim::Page::Hdmi2, 0x2F) = 0x01;
     stOutVideoInfo.frmt = VIDOUT_1280x720p60;
     Log("AVI, required", SendAVIInfoFrame);
     Log("AVI, not required", SendAVIInfoFrame);

@@ -8,13 +8,7 @@ namespace {
 
 std::uint8_t& Hdmi1(std::uint8_t reg) { return sim::TxRegister(sim::Page::Hdmi1, reg); }
 
-class TxStartUp : public Board {
-protected:
-    void SetUp() override {
-        Board::SetUp();
-        stOutVideoInfo.frmt = VIDOUT_1280x720p60;
-    }
-};
+using TxStartUp = Board;
 
 TEST_F(TxStartUp, TheDefaultsReplaceWhatWasThere) {
     for (std::uint8_t* const global :
@@ -39,7 +33,7 @@ TEST_F(TxStartUp, TheDefaultsReplaceWhatWasThere) {
 
 // Start-up sequences, presets, and what they are made of: every transfer, and what is reported.
 TEST_F(TxStartUp, EverySequence) {
-    OutVideoFrmt = VIDOUT_1280x720p60;
+    OutVideoFrmt = stOutVideoInfo.frmt = VIDOUT_1280x720p60;
     Log("HDMI operation", [] { EXPECT_EQ(InitializeHDMITX(), 1); });
     EXPECT_EQ(RequireConfigInfoFrame, 1);
     for (const bool dvi : {false, true}) {
