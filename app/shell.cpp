@@ -154,7 +154,11 @@ void RunRegisterCommand(RegisterLine& line) {
         WriteRegister(line);
         EchoRegister(line);
     } else if (line.command == Command::Dump && line.tokens == 2) {
-        line.target == Target::Kova ? DumpKova() : EchoRegister(line);
+        if (line.target == Target::Kova) {
+            DumpKova();
+        } else {
+            EchoRegister(line);
+        }
     } else if (line.command == Command::Update && line.tokens == 1) {
         UpdateKova();
     }

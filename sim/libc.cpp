@@ -85,11 +85,13 @@ int ioctl(int fd, unsigned long request, ...) noexcept {
 }
 
 unsigned sleep(unsigned seconds) {
-    // In a second that is skipped the other thread would have come to an end with what it does.
-    while (SkipsWaiting() && sim::OthersRun()) {
-        sim::SleepReally(100);
+    // Another thread that has something to do gets the time that is skipped, but no more than that.
+    constexpr std::uint64_t kPoll = 100;
+    const std::uint64_t microseconds = std::uint64_t{seconds} * 1'000'000;
+    for (std::uint64_t waited = 0; waited < microseconds && SkipsWaiting() && sim::OthersRun(); waited += kPoll) {
+        sim::SleepReally(kPoll);
     }
-    Pause(std::uint64_t{seconds} * 1'000'000);
+    Pause(microseconds);
     return 0;
 }
 
