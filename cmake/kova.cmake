@@ -22,18 +22,21 @@ if(KOVA_SANITIZE)
   endif()
 endif()
 
+set(KOVA_LINK)
+set(KOVA_SIZE)
 if(KOVA_SMALL)
-  add_link_options(-Wl,--gc-sections)
+  list(APPEND KOVA_LINK -Wl,--gc-sections)
   set(KOVA_SIZE -Os -ffunction-sections -fdata-sections -fno-unwind-tables -fno-asynchronous-unwind-tables)
 endif()
 # The same program wherever it is built: no name of that folder in a file, and no checksum of the debug information,
 # which may hold one even so.
 set(KOVA_PLACE -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
-add_link_options(-Wl,--build-id=none)
+list(APPEND KOVA_LINK -Wl,--build-id=none)
 
 # Driver code: no exceptions, no RTTI, includes written from the project's root.
 function(kova_code target)
   target_compile_options(${target} PRIVATE ${KOVA_WARNINGS} ${KOVA_SIZE} ${KOVA_PLACE} -fno-exceptions -fno-rtti)
+  target_link_options(${target} PRIVATE ${KOVA_LINK})
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
   set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()

@@ -2,6 +2,10 @@
 // The video processor driver: everything a caller may use, grouped by topic. A driver user includes this header alone.
 // It also opens the device node, for every driver.
 
+#if __cplusplus <= 201703L
+#error "kova/api.h is C++20: compile with -std=c++20 or later"
+#endif
+
 #include "kova/csc.h"           // colour conversion, picture controls
 #include "kova/deinterlacer.h"  // deinterlacer
 #include "kova/device.h"        // the device node
