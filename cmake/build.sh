@@ -9,13 +9,32 @@ for word in ${CXX:-}; do
 done
 export KOVA_BUILD_SUFFIX
 
-build_preset() {
+# Makes the folder $1, or says why nothing can be built in it.
+need_folder() {
     case $PWD in
     *[\;\"\\#]*)
         echo "CMake cannot build in a path with one of ; \" \\ # in it: $PWD" >&2
         return 1
         ;;
     esac
+    mkdir -p "$1" 2>/dev/null && [ -w "$1" ] || {
+        echo "Nothing can be built: $PWD/$1 is not yours to write" >&2
+        return 1
+    }
+}
+
+# Whether the build folder $1 was configured for the sources where they are now.
+is_configured_here() { grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$1/CMakeCache.txt"; }
+
+# Configures the preset $1 in the folder $2, with the options that follow; afresh where the sources were moved or copied.
+configure() {
+    preset=$1 folder=$2
+    shift 2
+    is_configured_here "$folder" || rm -rf "$folder/CMakeCache.txt" "$folder/CMakeFiles"
+    cmake --preset "$preset" -B "$folder" "$@"
+}
+
+build_preset() {
     preset=$1 folder=build/$1$KOVA_BUILD_SUFFIX options= targets=
     shift
     while [ $# -gt 0 ] && [ "$1" != -- ]; do
@@ -24,11 +43,7 @@ build_preset() {
     done
     [ $# -gt 1 ] && shift && targets="--target $*"
 
-    mkdir -p "$folder" || return 1
-    [ -w "$folder" ] || {
-        echo "Nothing can be built: $PWD/$folder is not yours to write" >&2
-        return 1
-    }
+    need_folder "$folder" || return 1
     (
         if command -v flock >/dev/null 2>&1; then
             flock -n 9 || {
@@ -37,12 +52,7 @@ build_preset() {
             }
         fi
         # Targets and options are plain words. What is started here must not keep the lock.
-        # "built" is as old as the sources that went in, and there when nobody builds.
-        rm -f "$folder/built"
         [ "$preset" = powerpc ] || unset CMAKE_TOOLCHAIN_FILE # the board's
-        {
-            touch "$folder/building" && cmake --preset "$preset" $options &&
-                cmake --build --preset "$preset" $targets && mv "$folder/building" "$folder/built"
-        } 2>&1 9>&-
+        { configure "$preset" "$folder" $options && cmake --build --preset "$preset" $targets; } 2>&1 9>&-
     ) 9>"$folder/lock"
 }
