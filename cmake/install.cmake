@@ -4,17 +4,19 @@ include(CMakePackageConfigHelpers)
 
 # ---- Console ----
 
-set(KOVA_SHIPPED kova-console)
-if(KOVA_STATIC)
-  set(KOVA_SHIPPED kova-console-static)
+if(KOVA_CONSOLE)
+  set(KOVA_SHIPPED kova-console)
+  if(KOVA_STATIC)
+    set(KOVA_SHIPPED kova-console-static)
+  endif()
+  install(TARGETS ${KOVA_SHIPPED} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT console)
+  install(FILES docs/kova-console.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)
+  install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT console)
 endif()
-install(TARGETS ${KOVA_SHIPPED} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT console)
-install(FILES docs/kova-console.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)
-install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT console)
 
 # ---- Simulator: nothing can be preloaded under a static console ----
 
-if(NOT KOVA_STATIC)
+if(KOVA_CONSOLE AND NOT KOVA_STATIC)
   set(KOVA_PRELOAD_DIR ${CMAKE_INSTALL_FULL_LIBDIR}/kova-console)
   file(RELATIVE_PATH KOVA_BIN_TO_PRELOAD ${CMAKE_INSTALL_FULL_BINDIR} ${KOVA_PRELOAD_DIR}/libkova-sim.so)
   configure_file(sim/kova-console-sim.in kova-console-sim @ONLY)
@@ -53,10 +55,10 @@ foreach(header IN LISTS KOVA_PUBLIC_HEADERS)
   cmake_path(GET header PARENT_PATH folder)
   install(FILES ${header} DESTINATION ${KOVA_INCLUDEDIR}/${folder} COMPONENT development)
 endforeach()
+cmake_path(GET CMAKE_INSTALL_DOCDIR PARENT_PATH KOVA_DOCDIR)
 install(FILES examples/CMakeLists.txt examples/transmitter.cpp
-  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT development)
+  DESTINATION ${KOVA_DOCDIR}/libkova-dev/examples COMPONENT development)
 
-target_compile_features(kova INTERFACE cxx_std_20)
 target_include_directories(kova INTERFACE $<INSTALL_INTERFACE:${KOVA_INCLUDEDIR}>)
 install(TARGETS kova EXPORT kova ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 # Stripping leaves libraries like this one alone, debug information and all.
@@ -72,7 +74,8 @@ install(EXPORT kova NAMESPACE kova:: FILE kovaConfig.cmake DESTINATION ${KOVA_CM
 write_basic_package_version_file(kovaConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/kovaConfigVersion.cmake DESTINATION ${KOVA_CMAKEDIR} COMPONENT development)
 
-file(RELATIVE_PATH KOVA_PKGCONFIG_TO_INCLUDE
-  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_INCLUDEDIR}/kova-console)
+file(RELATIVE_PATH KOVA_PKGCONFIG_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH KOVA_PREFIX_TO_INCLUDE ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR}/kova-console)
+file(RELATIVE_PATH KOVA_PREFIX_TO_LIB ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
 configure_file(cmake/kova.pc.in kova.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kova.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
