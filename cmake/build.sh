@@ -9,7 +9,7 @@ for word in ${CXX:-}; do
 done
 export KOVA_BUILD_SUFFIX
 
-# Makes the folder $1, or says why nothing can be built in it.
+# Whether something can be built in the folder $1, which need not be there yet; if not, says why.
 need_folder() {
     case $PWD in
     *[\;\"\\#]*)
@@ -17,7 +17,11 @@ need_folder() {
         return 1
         ;;
     esac
-    mkdir -p "$1" 2>/dev/null && [ -w "$1" ] || {
+    nearest=$1
+    until [ -e "$nearest" ]; do
+        nearest=$(dirname "$nearest")
+    done
+    [ -d "$nearest" ] && [ -w "$nearest" ] || {
         echo "Nothing can be built: $PWD/$1 is not yours to write" >&2
         return 1
     }
@@ -35,6 +39,7 @@ configure() {
 }
 
 build_preset() {
+    need_folder "build/$1$KOVA_BUILD_SUFFIX" || return 1
     preset=$1 folder=build/$1$KOVA_BUILD_SUFFIX options= targets=
     shift
     while [ $# -gt 0 ] && [ "$1" != -- ]; do
@@ -43,7 +48,7 @@ build_preset() {
     done
     [ $# -gt 1 ] && shift && targets="--target $*"
 
-    need_folder "$folder" || return 1
+    mkdir -p "$folder" || return 1
     (
         if command -v flock >/dev/null 2>&1; then
             flock -n 9 || {
