@@ -2,9 +2,9 @@
 // The video processor driver: everything a caller may use, grouped by topic. A driver user includes this header alone.
 // It also opens the device node, for every driver.
 
+#include "app/device.h"         // the device node
 #include "kova/csc.h"           // colour conversion, picture controls
 #include "kova/deinterlacer.h"  // deinterlacer
-#include "kova/device.h"        // the device node
 #include "kova/filters.h"       // picture enhancement
 #include "kova/formats.h"       // what enters the chip and what leaves it: records, formats, modes
 #include "kova/input_port.h"    // the input ports
