@@ -97,7 +97,7 @@ for part in "$folder"/*:*; do
 done
 
 (cd .. && cat app/*.cpp kova/*.cpp hdmitx/*.cpp edid/*.cpp) | grep -v '^ *//\|^ *#' |
-    grep -o '"\([^"\\]\|\\.\)*"' | sed 's/^"//; s/"$//; s/\\[nrt]//g; s/^%s//; s/^ *//; s/ *$//' | grep '^[^0-9/].\{5\}' |
+    grep -o '"\([^"\\]\|\\.\)*"' | sed 's/^"//; s/"$//; s/\\[nrt]//g; s/^%s\(.*\)/\1`/; s/^ *//; s/ *$//' | grep '^[^0-9/].\{5\}' |
     while IFS= read -r message; do
         grep -qF -- "$message" messages.md || printf 'messages.md says nothing of: %s\n' "$message"
     done | { ! grep . || exit 1; } || failed=1
