@@ -31,7 +31,7 @@ void HDMIHandler() {
 
 void SystemMainCtrlLoop() {
     while (ControlLoop_OnOff != 0) {
-        sleep(1);
+        sleep(1); // where it fails, so do the pauses before the transfers: the first one says why
         // The interrupt handler looks at the status just stored, the timer at the output state that it may have
         // changed.
         KOVAAPI_GetParseIRQ();
@@ -41,6 +41,9 @@ void SystemMainCtrlLoop() {
 }
 
 void ControlLoopStart() {
+    if (ControlLoop_OnOff != 0) {
+        return;
+    }
     // The handlers' state has no lock: a thread that was told to stop ends its last pass before the next one starts.
     if (loopStarted) {
         pthread_join(loopThread, nullptr);

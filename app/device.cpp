@@ -1,6 +1,11 @@
 #include "app/device.h"
 
+#include "app/transfer.h"
+
+#include <atomic>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -11,6 +16,15 @@ namespace {
 
 // The video processor's bus needs this much rest before each transfer.
 constexpr useconds_t kPauseMicroseconds = 100;
+
+// A kernel that cannot wait by this C library's system call lets every pause fail at once. Once is enough to say so.
+std::atomic_flag pauseFailed;
+
+void Pause() {
+    if (usleep(kPauseMicroseconds) != 0 && !pauseFailed.test_and_set()) {
+        std::fprintf(stderr, "Pause failed, nothing is waited for: %s\n", std::strerror(errno));
+    }
+}
 
 // The request code chooses a transmitter page; the trace lines name that code by the page's slave number.
 struct Page {
@@ -65,7 +79,7 @@ std::int32_t open_kova() {
 void close_kova() { close(s_fd); }
 
 std::int32_t write_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1) {
-    usleep(kPauseMicroseconds);
+    Pause();
     kova_xfer record{.addr = addr, .data = {d0, d1}};
     if (!Transfer(fd, KOVA_310_WRITE, record)) {
         std::fputs("kova write error \n", stdout);
@@ -75,7 +89,7 @@ std::int32_t write_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, st
 }
 
 std::int32_t read_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1) {
-    usleep(kPauseMicroseconds);
+    Pause();
     kova_xfer record{.addr = addr, .data = {d0, d1}};
     if (!Transfer(fd, KOVA_310_READ, record)) {
         std::fputs("kova read error \n", stdout);

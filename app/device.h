@@ -1,51 +1,14 @@
 #pragma once
-// The board's kernel driver: one character device that reaches the video processor and the transmitter's two register
-// pages. Only device.cpp opens, closes and calls ioctl on it.
+// The board's device node. An application opens it before it calls any function of the drivers.
 
-#include "kova/device.h"
-
-#include <array>
-#include <cstddef>
 #include <cstdint>
 
-/// One register transfer, as the kernel driver takes and returns it.
-struct kova_xfer {
-    std::uint16_t addr;               ///< register address, host byte order; a transmitter offset is zero-extended
-    std::array<std::uint8_t, 2> data; ///< video processor: bits 15..8, bits 7..0; transmitter: value, 0
-};
-static_assert(sizeof(kova_xfer) == 4 && offsetof(kova_xfer, data) == 2, "the driver's record has no padding");
+/// The device node.
+inline constexpr const char* kDeviceNode = "/dev/kova_310";
 
-/// Request codes of the kernel driver: plain numbers, no direction or size encoding.
-enum KovaRequest : std::uint8_t {
-    KOVA_310_READ = 0,
-    KOVA_310_WRITE = 1,
-    KOVA_310_READ_HDTX_SLV0 = 2,
-    KOVA_310_WRITE_HDTX_SLV0 = 3,
-    KOVA_310_READ_HDTX_SLV1 = 4,
-    KOVA_310_WRITE_HDTX_SLV1 = 5,
-};
+/// Opens the device node read-write, for both drivers and the sink capability reader; before a second thread exists.
+/// @return the descriptor, never one of the standard streams' 0 to 2; negative when it cannot be opened: errno says why
+std::int32_t open_kova();
 
-/// Descriptor of the open device node, 0 before start-up; written by open_kova once, before a second thread exists.
-extern std::int32_t s_fd;
-
-/// Writes one video processor register after a pause of 100 µs.
-/// @param d0  bits 15..8   @param d1  bits 7..0
-/// @return 1, or -1 with a message on standard output when the request failed.
-std::int32_t write_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1);
-
-/// Reads one video processor register after a pause of 100 µs.
-/// @param d0, d1  the record's data bytes before the request
-/// @return the record's first byte (bits 15..8 of the register) in bits 7..0 and its second in bits 15..8, or -1 with a
-///         message on standard output when the request failed.
-std::int32_t read_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1);
-
-/// Writes one transmitter register, without a pause, and traces the transfer on standard output.
-/// @param devaddr  0x72 or 0x7A: the register page; any other: -1 and no request
-/// @return 1, or -1 with a message on standard output when the request failed.
-std::int32_t write_hdmi(std::uint8_t devaddr, std::uint8_t reg, std::uint8_t value);
-
-/// Reads one transmitter register, without a pause, and traces the transfer on standard output.
-/// @param devaddr  0x72 or 0x7A: the register page; any other: -1 and no request
-/// @return the register's value in bits 7..0 (the driver's second byte in bits 15..8), or -1 with a message on standard
-///         output when the request failed.
-std::int32_t read_hdmi(std::uint8_t devaddr, std::uint8_t reg);
+/// Closes it.
+void close_kova();

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -16,6 +17,15 @@ std::array<char, BUFSIZ> inputBuffer;
 void SetUpStreams() {
     std::setvbuf(stdout, outputBuffer.data(), _IOLBF, outputBuffer.size());
     std::setvbuf(stdin, inputBuffer.data(), _IOFBF, inputBuffer.size());
+}
+
+// Ends the process at once, whatever the loop is doing: at most its transfer in flight finds the node closed. Standard
+// output is not flushed again: its lines are all out, and the loop may hold it for as long as nobody reads them. What
+// was not read from a file of commands is left to the next program that reads it.
+[[noreturn]] void End() {
+    std::fflush(stdin); // cppcheck-suppress fflushOnInputStream ; POSIX says what it does
+    close_kova();
+    _exit(0);
 }
 
 // The kernel may lengthen every sleep by the thread's timer slack, 50 µs by default: half of the pause before a video
@@ -40,6 +50,5 @@ int main() {
     }
     std::fputs("kova_310 driver open success \n", stdout);
     RunShell();
-    close_kova();
-    return 0;
+    End();
 }

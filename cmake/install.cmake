@@ -28,6 +28,7 @@ endif()
 # ---- Development: an application includes kova/api.h, hdmitx/hdmitx.h and edid/edid.h; the others are their parts ----
 
 set(KOVA_PUBLIC_HEADERS
+  app/device.h
   edid/MDDC.h
   edid/edid.h
   hdmitx/hdmitx.h
@@ -36,7 +37,6 @@ set(KOVA_PUBLIC_HEADERS
   kova/api.h
   kova/csc.h
   kova/deinterlacer.h
-  kova/device.h
   kova/filters.h
   kova/formats.h
   kova/input_port.h

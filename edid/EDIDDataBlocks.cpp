@@ -44,7 +44,9 @@ std::uint8_t ReadLength(std::uint8_t offset, std::uint8_t* length, std::uint16_t
 std::uint8_t GetCEA861BBlockTag(std::uint16_t* crc, std::uint8_t* offset) {
     std::uint8_t header = 0;
     const std::uint8_t result = ReadAndFeedEDID(*offset, std::span(&header, 1), crc);
-    *offset = header;
+    if (result == 0) {
+        *offset = header;
+    }
     return result;
 }
 

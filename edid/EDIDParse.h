@@ -147,7 +147,7 @@ inline constexpr std::uint8_t kVideoBlock = 0x40;
 inline constexpr std::uint8_t kVendorSpecificBlock = 0x60;
 inline constexpr std::uint8_t kSpeakerBlock = 0x80;
 
-/// Replaces the offset of a data block by its header byte.
+/// Replaces the offset of a data block by its header byte. After a failed read the offset is untouched.
 std::uint8_t GetCEA861BBlockTag(std::uint16_t* crc, std::uint8_t* offset);
 
 /// Report the data block whose header is at an offset.

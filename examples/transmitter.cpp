@@ -32,8 +32,8 @@ int main(int argc, char** argv) {
     OutVideoFrmt = VIDOUT_1920x1080p60;        // aspect of the active picture
     OutVideoMode = RGB444_8;                   // the EDID may change it
 
-    // Sets the configuration to its defaults. For another one: InitHDMITXVariable, your own values, InitHDMITX,
-    // InitInterruptMasks.
+    // Sets the configuration to its defaults. For another one: InitHDMITXVariable, your own values, InitHDMITX, which
+    // enables the interrupts of HDMI or DVI operation as well.
     if (InitializeHDMITX() == 0) {
         std::fputs("\n", stderr);
         close_kova();

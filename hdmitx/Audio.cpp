@@ -138,9 +138,9 @@ void SetI2SFsStatus(std::uint8_t rate) {
     }
 }
 
-void TXAudio(std::uint8_t on) { SetBits(HDTX_SLV1, kAudioInput, kAudioOn, on != 0); }
+void TXAudio(std::uint8_t on) { WriteBits(HDTX_SLV1, kAudioInput, kAudioOn, on != 0); }
 
-void TXSPDIFSelect(std::uint8_t on) { SetBits(HDTX_SLV1, kAudioInput, kSpdif, on != 0); }
+void TXSPDIFSelect(std::uint8_t on) { WriteBits(HDTX_SLV1, kAudioInput, kSpdif, on != 0); }
 
 std::uint8_t IsSPDIFSelected() { return AnyBit(HDTX_SLV1, kAudioInput, kSpdif) ? 1 : 0; }
 

@@ -23,14 +23,14 @@ constexpr std::uint8_t kGeneralControl = 0xDF;
 
 // Bits of kInfCtrl1 and kInfCtrl2
 constexpr std::uint8_t kSendAvi = 0x03, kSendSpd = 0x0C, kSendAudio = 0x30, kSendMpeg = 0xC0;
-constexpr std::uint8_t kSendGeneric = 0x03;
-constexpr std::uint8_t kGeneralControlOn = 0x04, kGeneralControlRepeat = 0x08;
+constexpr std::uint8_t kSendCode0 = 0x03;
+constexpr std::uint8_t kGeneralControlOn = 0x04, kGeneralControlCompanion = 0x08;
 
 constexpr std::uint8_t kSetMute = 0x01, kClearMute = 0x10; // kGeneralControl
 
 // Packet types (CEA-861), and two requests of EnableInfoFrame's own.
 constexpr std::uint8_t kAvi = 0x82, kSpd = 0x83, kAudio = 0x84, kMpeg = 0x85;
-constexpr std::uint8_t kGeneric = 0, kRefresh = 255;
+constexpr std::uint8_t kCode0 = 0, kCode255 = 255;
 
 // The header of a packet: type, version, length. The checksum follows it.
 struct Header {
@@ -144,11 +144,11 @@ std::uint8_t EnableInfoFrame(std::uint8_t code) {
     case kSpd:
     case kMpeg:
         break;
-    case kRefresh:
+    case kCode255:
         HDTX_RegWrite(HDTX_SLV1, kInfCtrl1, static_cast<std::uint8_t>(control1 & 0xEE));
         break;
-    case kGeneric:
-        HDTX_RegWrite(HDTX_SLV1, kInfCtrl2, static_cast<std::uint8_t>(control2 | kSendGeneric));
+    case kCode0:
+        HDTX_RegWrite(HDTX_SLV1, kInfCtrl2, static_cast<std::uint8_t>(control2 | kSendCode0));
         return 0;
     default:
         return 1;
@@ -162,13 +162,13 @@ void Control_INF_CTRL1(std::uint8_t code) {
         HDTX_RegWrite(HDTX_SLV1, kInfCtrl1, 0); // a DVI sink receives no data packets
         return;
     }
-    SetBits(HDTX_SLV1, kInfCtrl1, SendBitsOf(code), true);
+    WriteBits(HDTX_SLV1, kInfCtrl1, SendBitsOf(code), true);
     std::fprintf(stderr, " --> INF_CTRL1=0x%02X", unsigned{HDTX_RegRead(HDTX_SLV1, kInfCtrl1)});
 }
 
 void DisableInfoFrame() {
     std::fputs(" \n\rHDMI TX : DisableInfoFrame() ", stderr);
-    SetBits(HDTX_SLV1, kInfCtrl1, kSendAvi | kSendAudio, false);
+    WriteBits(HDTX_SLV1, kInfCtrl1, kSendAvi | kSendAudio, false);
 }
 
 void SendCP_Packet(std::uint8_t mute) {
@@ -179,7 +179,7 @@ void SendCP_Packet(std::uint8_t mute) {
     for (int i = 0; i < kMostReads; ++i) {
         if (!AnyBit(HDTX_SLV1, kInfCtrl2, kGeneralControlOn)) {
             HDTX_RegWrite(HDTX_SLV1, kInfCtrl2,
-                          static_cast<std::uint8_t>(control2 | kGeneralControlOn | kGeneralControlRepeat));
+                          static_cast<std::uint8_t>(control2 | kGeneralControlOn | kGeneralControlCompanion));
             return;
         }
     }

@@ -87,6 +87,6 @@ void ConfigTXVideoMode() {
     HDTX_RegWrite(HDTX_SLV0, kVideoMode, value);
     Report(value);
     if ((value & kColourConversion) != 0) {
-        SetBits(HDTX_SLV0, kInputClock, kHdColorimetry, IsHdSrcFormat(SrcVideoFrmt));
+        WriteBits(HDTX_SLV0, kInputClock, kHdColorimetry, IsHdSrcFormat(SrcVideoFrmt));
     }
 }

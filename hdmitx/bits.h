@@ -4,7 +4,7 @@
 #include "hdmitx/hdmitx_i2c.h"
 
 /// Sets or clears bits of one register: reads it, writes it back, and keeps every other bit.
-inline void SetBits(std::uint8_t page, std::uint8_t reg, std::uint8_t bits, bool on) {
+inline void WriteBits(std::uint8_t page, std::uint8_t reg, std::uint8_t bits, bool on) {
     const unsigned old = HDTX_RegRead(page, reg);
     HDTX_RegWrite(page, reg, static_cast<std::uint8_t>(on ? old | bits : old & ~unsigned{bits}));
 }

@@ -86,7 +86,7 @@ void UpdateTX_DE(std::uint8_t row) {
     WriteWord(kDeLines, static_cast<std::uint16_t>(interlaced ? timing.VActive >> 1 : timing.VActive));
     // The chip's polarity bits mean negative.
     const unsigned negative = ~unsigned{timing.SyncFlags} & (VMODE_VSYNC_POSITIVE | VMODE_HSYNC_POSITIVE);
-    SetBits(HDTX_SLV0, kDeControl, static_cast<std::uint8_t>(negative << 4), true);
+    WriteBits(HDTX_SLV0, kDeControl, static_cast<std::uint8_t>(negative << 4), true);
 }
 
 void UpdateTX_656(std::uint8_t row) {
@@ -100,7 +100,7 @@ void UpdateTX_656(std::uint8_t row) {
     Write(kVSyncWidth, Low(timing.VSyncWidth));
 }
 
-void SetDE(std::uint8_t on) { SetBits(HDTX_SLV0, kDeControl, kDeOn, on != 0); }
+void SetDE(std::uint8_t on) { WriteBits(HDTX_SLV0, kDeControl, kDeOn, on != 0); }
 
 void DE_GenEn(std::uint8_t on) { SetDE(on); }
 

@@ -1,6 +1,6 @@
 #include "hdmitx/hdmitx_i2c.h"
 
-#include "app/device.h"
+#include "app/transfer.h"
 
 std::uint8_t I2C_Write(std::uint8_t devaddr, std::uint8_t reg, const std::uint8_t* buf, std::uint16_t count) {
     for (unsigned i = 0; i < count; ++i) {

@@ -24,11 +24,11 @@ constexpr std::uint8_t kAllResets = 0x03;      // kSoftwareReset
 
 } // namespace
 
-void HDMITXTMDSPowerDown(std::uint8_t down) { SetBits(HDTX_SLV0, kSystemControl, kOutputPower, down == 0); }
+void HDMITXTMDSPowerDown(std::uint8_t down) { WriteBits(HDTX_SLV0, kSystemControl, kOutputPower, down == 0); }
 
 std::uint8_t IsTXInHDMIMode() { return HDTX_RegRead(HDTX_SLV1, kHdmiControl) & kHdmiMode; }
 
-void TX_HDMIMode(std::uint8_t on) { SetBits(HDTX_SLV1, kHdmiControl, kHdmiMode, on != 0); }
+void TX_HDMIMode(std::uint8_t on) { WriteBits(HDTX_SLV1, kHdmiControl, kHdmiMode, on != 0); }
 
 std::uint8_t IsNeedToForceInDVIMode() { return DefaultDVImode; }
 
@@ -42,13 +42,13 @@ void SW_ResetHDMITX() {
 }
 
 void WakeUpHDMITX() {
-    SetBits(HDTX_SLV0, kSystemControl, kOutputPower, true);
-    SetBits(HDTX_SLV1, kPowerControl, kCoreWakeUp, true);
+    WriteBits(HDTX_SLV0, kSystemControl, kOutputPower, true);
+    WriteBits(HDTX_SLV1, kPowerControl, kCoreWakeUp, true);
 }
 
 void HDMITXTotalPowerDownEnable(std::uint8_t enable) {
-    SetBits(HDTX_SLV0, kSystemControl, kOutputPower, enable != 1);
-    SetBits(HDTX_SLV1, kPowerControl, kCorePower, enable != 1);
+    WriteBits(HDTX_SLV0, kSystemControl, kOutputPower, enable != 1);
+    WriteBits(HDTX_SLV1, kPowerControl, kCorePower, enable != 1);
 }
 
 void SetIClk(std::uint8_t value) {
@@ -56,6 +56,6 @@ void SetIClk(std::uint8_t value) {
                   static_cast<std::uint8_t>((HDTX_RegRead(HDTX_SLV0, kInputClock) & kInputClockKept) | value));
 }
 
-void SetInputClockEdge() { SetBits(HDTX_SLV0, kSystemControl, kInputClockEdge, DefaultICLKEDGE != 0); }
+void SetInputClockEdge() { WriteBits(HDTX_SLV0, kSystemControl, kInputClockEdge, DefaultICLKEDGE != 0); }
 
 void SetMCLK(std::uint8_t index) { HDTX_RegWrite(HDTX_SLV1, kMasterClock, index); }

@@ -6,9 +6,9 @@
 #error "kova/api.h is C++20: compile with -std=c++20 or later"
 #endif
 
+#include "app/device.h"         // the device node
 #include "kova/csc.h"           // colour conversion, picture controls
 #include "kova/deinterlacer.h"  // deinterlacer
-#include "kova/device.h"        // the device node
 #include "kova/filters.h"       // picture enhancement
 #include "kova/formats.h"       // what enters the chip and what leaves it: records, formats, modes
 #include "kova/input_port.h"    // the input ports

@@ -133,8 +133,14 @@ CscWords Words(const CscSet& set) {
 }
 
 // The chip takes 12-bit two's complement.
-constexpr std::uint16_t Limited(std::int64_t value) {
-    return static_cast<std::uint16_t>(std::clamp<std::int64_t>(value, -2048, 2047) & 0xFFF);
+constexpr std::uint16_t Limited(std::int32_t value) {
+    return static_cast<std::uint16_t>(std::clamp(value, -2048, 2047) & 0xFFF);
+}
+
+// A 32-bit product of up to three factors, scaled down. A caller's coefficients may use all of their 16 bits: what
+// leaves the 32 is lost, as in the registers of a 32-bit processor.
+constexpr std::uint16_t Scaled(std::uint32_t product, int shift) {
+    return Limited(static_cast<std::int32_t>(product) >> shift);
 }
 
 // Contrast scales the first input channel, saturation and hue turn and scale the plane of the other two, brightness
@@ -142,16 +148,16 @@ constexpr std::uint16_t Limited(std::int64_t value) {
 // form.
 CscWords WithPictureControls(const CscSet& base, const OutVideoInfo& out) {
     CscWords words = Words(base);
-    const std::int32_t cosine = KOVA_CscCosHue[out.hue];
-    const std::int32_t sine = KOVA_CscSinHue[out.hue];
+    // Unsigned, so that a product may leave the 32 bits.
+    const auto cosine = static_cast<std::uint32_t>(KOVA_CscCosHue[out.hue]);
+    const auto sine = static_cast<std::uint32_t>(KOVA_CscSinHue[out.hue]);
     for (std::size_t k = 0; k < 9; k += 3) {
-        // 64 bits: a caller's coefficients may use all of their 16.
-        const std::int64_t first = base[k];
-        const std::int64_t second = base[k + 1];
-        const std::int64_t third = base[k + 2];
-        words[k] = Limited((first * out.contrast) >> 7);
-        words[k + 1] = Limited(((second * cosine + third * sine) * out.saturation) >> 17);
-        words[k + 2] = Limited(((third * cosine - second * sine) * out.saturation) >> 17);
+        const auto first = static_cast<std::uint32_t>(base[k]);
+        const auto second = static_cast<std::uint32_t>(base[k + 1]);
+        const auto third = static_cast<std::uint32_t>(base[k + 2]);
+        words[k] = Scaled(first * out.contrast, 7);
+        words[k + 1] = Scaled((second * cosine + third * sine) * out.saturation, 17);
+        words[k + 2] = Scaled((third * cosine - second * sine) * out.saturation, 17);
     }
     words[9] = Limited(base[9] + 2 * out.brightness - 256);
     if (!IsYCbCr(out.flags)) {

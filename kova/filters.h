@@ -2,9 +2,9 @@
 // Picture enhancement: front noise reduction, median, peaking, transient improvement, colour enhancement, surface
 // filter, black/white extension.
 //
-// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer, and end with a local register
-// update. A switch is on for any non-zero value; bits of a value above its range are dropped. A set of coefficients is
-// read at the call and not kept; null selects the built-in one.
+// These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. They end with a local register update.
+// A switch is on for any non-zero value; bits of a value above its range are dropped. A set of coefficients is read at
+// the call and not kept; null selects the built-in one.
 
 #include <array>
 #include <cstdint>
@@ -14,8 +14,7 @@ using FilterSet4 = std::array<std::uint16_t, 4>;
 
 // ---- Front noise reduction and median, ahead of the frame memory ----
 
-// Coefficients are 12-bit two's complement, 0x400 is 1.0. The built-in sets pass the picture through. Failing writes of
-// coefficients are not reported.
+// Coefficients are 12-bit two's complement, 0x400 is 1.0. The built-in sets pass the picture through.
 std::uint8_t KOVAAPI_SetFrontNRYFilterCoef(const FilterSet8* coef); ///< luma: 0x422 to 0x429
 std::uint8_t KOVAAPI_SetFrontNRCFilterCoef(const FilterSet4* coef); ///< chroma: 0x42C to 0x42F
 

@@ -88,7 +88,7 @@ std::uint8_t KOVAAPI_SetSrcPortMode(SrcVideoInfo* src) {
 
 std::uint8_t KOVAAPI_SetSrcVideoAUX(const SrcVideoInfo* src) {
     const PortRegs& port = PortOf(*src);
-    // Port B has no composite sync, and its field ID always comes from the input.
+    // On port B these two are fixed.
     const bool compHsync = OnPortA(*src) && (src->auxFlags & SRCAUX_COMP_HSYNC) != 0;
     const bool inputField = !OnPortA(*src) || (src->auxFlags & SRCAUX_INPUT_FIELD) != 0;
     // clang-format off

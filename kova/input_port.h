@@ -1,9 +1,9 @@
 #pragma once
 // The input ports: bus format, syncs, scan type, options and port clock of the source.
 //
-// Every function returns KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing register access. Most port registers
-// hold one field for each port side by side; the record's flags say which of them a setter writes, so the single
-// setters come after KOVAAPI_SetSrcPortMode. A switch is on for any non-zero value.
+// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. Most port registers hold one field for
+// each port side by side; the record's flags say which of them a setter writes, so the single setters come after
+// KOVAAPI_SetSrcPortMode. A switch is on for any non-zero value.
 
 #include "kova/formats.h"
 
@@ -21,8 +21,7 @@ std::uint8_t KOVAAPI_SetSrcVideoAUX(const SrcVideoInfo* src);
 /// Composite horizontal sync: 0x402 bit 6. For a source on port B nothing is done. Ends with a local register update.
 std::uint8_t KOVAAPI_SetSrcCompHsync(SrcVideoInfo* src, std::uint8_t on);
 
-/// Field ID taken from the input: 0x401 bit 3. For a source on port B nothing is done. Ends with a local register
-/// update.
+/// "Input field ID": 0x401 bit 3. For a source on port B nothing is done. Ends with a local register update.
 std::uint8_t KOVAAPI_SetSrcInputFieldID(SrcVideoInfo* src, std::uint8_t on);
 
 /// High field ID marks the top field: 0x401 bit 1 or 0. Ends with a local register update.

@@ -1,6 +1,6 @@
 #pragma once
-// The frame memory between input and output. These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first
-// failing transfer.
+// The frame memory between input and output. These functions return KOVA_NO_ERROR, also where a transfer failed: see
+// regs.h.
 
 #include "kova/formats.h"
 

@@ -1,8 +1,7 @@
 #pragma once
 // The output: digital bus, sync timing, DAC, PLLs, polarities, clock delays and sources, pins and clock drivers.
 //
-// Every function returns KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing register access. A switch is on for any
-// non-zero value.
+// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. A switch is on for any non-zero value.
 
 #include "kova/formats.h"
 
@@ -14,7 +13,6 @@
 /// drive, scan and polarities, then KOVAAPI_SetOutVideoAUX. A multiplexed output of a format narrower than 1024 pixels
 /// runs at twice the pixel clock, with the record's horizontal timing doubled.
 /// @return also KOVA_INVALID_FORMAT for a format or mode out of range: the record is as it was, nothing is written.
-///         After a failure inside a PLL's change that PLL stays held.
 std::uint8_t KOVAAPI_SetOutPortMode(OutVideoInfo* out);
 
 /// Writes the record's options: auxFlags (0x4A2, 0x4A3, 0x4B4), local register update, then the clock delays that there

@@ -1,6 +1,6 @@
 #include "kova/regs.h"
 
-#include "app/device.h"
+#include "app/transfer.h"
 
 using kova::AsResult;
 

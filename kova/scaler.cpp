@@ -78,7 +78,6 @@ std::uint8_t KOVAAPI_SetMFCFilterCoef(OutVideoInfo* out) {
         || KOVAAPI_SetMFCVCFilterCoef(out, out->pMfcVC) || KOVAAPI_SetVCLKPLLSource(clock) || Write(kVideoPllHold, 0)) {
         return KOVA_I2C_ERROR;
     }
-    // Only now, so that a load that failed is tried again.
     KOVAMFCCoef = needed;
     return KOVA_NO_ERROR;
 }

@@ -1,8 +1,8 @@
 #pragma once
 // The scaler's filters.
 //
-// These functions return KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing transfer. They go by the windows that
-// the last video path update left, so they come after at least one update.
+// These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. They go by the windows that the last
+// video path update left, so they come after at least one update.
 
 #include "kova/formats.h"
 

@@ -171,7 +171,7 @@ std::uint8_t KOVAAPI_SetSrcPtrnMode(const SrcVideoInfo* src) {
     if (Write(kPortOptions, 0xC) || KOVA_RegWrite(port.position, 0)) {
         return KOVA_I2C_ERROR;
     }
-    // The generator's syncs are separate, its pictures progressive.
+    // Only a multiplexed source has its syncs and its scan changed.
     if (IsMultiplexed(*src) && (Write(kSyncType1, 0) || Write(kSyncType2, 1) || Write(port.patternScan, 1))) {
         return KOVA_I2C_ERROR;
     }

@@ -1,8 +1,7 @@
 #pragma once
 // A look at the chip and the incoming signal, test patterns, and what is shown.
 //
-// Every function returns KOVA_NO_ERROR, or KOVA_I2C_ERROR at the first failing register access. A switch is on for any
-// non-zero value.
+// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. A switch is on for any non-zero value.
 
 #include "kova/formats.h"
 

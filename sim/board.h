@@ -1,7 +1,7 @@
 #pragma once
 // The pieces of the simulated board among themselves.
 
-#include "app/device.h"
+#include "app/transfer.h"
 #include "sim/sim.h"
 
 #include <atomic>
@@ -58,6 +58,8 @@ void ResetVideo();
 
 // ---- clock.cpp ----
 
+/// Whether pauses are to fail.
+bool PausesFail();
 /// In virtual time, moves the clock on by a pause. @return false in real time
 bool PassVirtually(std::uint64_t microseconds);
 /// Whether the time before the script's last line is being skipped.

@@ -20,6 +20,7 @@ std::uint64_t virtualUntil = 0; // from here on the time is real
 std::uint64_t virtualNow = 0;
 double speed = 1;
 std::uint64_t realStart;
+bool pausesFail = false;
 
 bool Virtual() { return virtualNow < virtualUntil; }
 
@@ -38,6 +39,7 @@ void UseVirtualTimeUntil(std::uint64_t microseconds) {
     virtualUntil = microseconds;
     speed = 1;
     realStart = RealMicroseconds();
+    pausesFail = false;
 }
 
 void UseRealTime(double newSpeed) {
@@ -51,6 +53,10 @@ std::uint64_t Now() {
     }
     return virtualNow + static_cast<std::uint64_t>(static_cast<double>(RealMicroseconds() - realStart) * speed);
 }
+
+void FailPauses() { pausesFail = true; }
+
+bool PausesFail() { return pausesFail; }
 
 bool PassVirtually(std::uint64_t microseconds) {
     if (!Virtual()) {

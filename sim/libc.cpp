@@ -1,11 +1,14 @@
 // The five libc calls by which the console reaches the world. For the device node they answer as the kernel driver
 // would; everything else goes on to the kernel by its system call, since these definitions hide libc's own.
+//
+// Which symbol a call of open or ioctl becomes, its headers decide: where files or times are 64 bits wide, or calls are
+// fortified, there are others. All of them are here.
 
+#include "app/device.h"
 #include "sim/board.h"
 
 #include <atomic>
 #include <cerrno>
-#include <cstdarg>
 #include <cstring>
 #include <fcntl.h>
 #include <mutex>
@@ -34,45 +37,59 @@ bool SkipsWaiting() {
     return sim::SkipsWaiting();
 }
 
-void Pause(std::uint64_t microseconds) {
+bool Pause(std::uint64_t microseconds) {
     {
         const std::scoped_lock lock(sim::boardLock);
+        if (sim::PausesFail()) {
+            errno = ENOSYS;
+            return false;
+        }
         sim::NotePause(microseconds);
         if (sim::PassVirtually(microseconds)) {
-            return;
+            return true;
         }
     }
     sim::SleepReally(microseconds);
+    return true;
+}
+
+// A mode that the caller did not pass is anything: the kernel looks at it only when the flags create a file.
+int OpenAny(int folder, const char* path, int flags, mode_t mode) {
+    if (std::strcmp(path, kDeviceNode) == 0) {
+        return OpenDevice();
+    }
+    return static_cast<int>(syscall(SYS_openat, folder, path, flags, mode));
 }
 
 } // namespace
 
 extern "C" {
 
-int open(const char* path, int flags, ...) {
-    if (std::strcmp(path, kDeviceNode) == 0) {
-        return OpenDevice();
-    }
-    va_list more;
-    va_start(more, flags);
-    const mode_t mode = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(more, mode_t) : 0;
-    va_end(more);
-    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+// clang-format off
+int Open    (const char* path, int flags, mode_t mode)             __asm__("open");
+int Open64  (const char* path, int flags, mode_t mode)             __asm__("open64");
+int OpenAt  (int folder, const char* path, int flags, mode_t mode) __asm__("openat");
+int OpenAt64(int folder, const char* path, int flags, mode_t mode) __asm__("openat64");
+int Ioctl   (int fd, unsigned long request, void* argument)        __asm__("ioctl");
+
+// The same once more: the fortified calls, which have no mode, the call of a program with 64 bits for the time, and the C
+// library's own, which would bring its definitions of the others into a static program.
+decltype(Open)     OpenChecked     __asm__("__open_2")       __attribute__((alias("open")));
+decltype(Open64)   Open64Checked   __asm__("__open64_2")     __attribute__((alias("open64")));
+decltype(OpenAt)   OpenAtChecked   __asm__("__openat_2")     __attribute__((alias("openat")));
+decltype(OpenAt64) OpenAt64Checked __asm__("__openat64_2")   __attribute__((alias("openat64")));
+decltype(Ioctl)    IoctlTime64     __asm__("__ioctl_time64") __attribute__((alias("ioctl")));
+decltype(Ioctl)    IoctlOfLibc     __asm__("__ioctl")        __attribute__((alias("ioctl")));
+// clang-format on
+
+int Open(const char* path, int flags, mode_t mode) { return OpenAny(AT_FDCWD, path, flags, mode); }
+int Open64(const char* path, int flags, mode_t mode) { return Open(path, flags | O_LARGEFILE, mode); }
+int OpenAt(int folder, const char* path, int flags, mode_t mode) { return OpenAny(folder, path, flags, mode); }
+int OpenAt64(int folder, const char* path, int flags, mode_t mode) {
+    return OpenAt(folder, path, flags | O_LARGEFILE, mode);
 }
 
-int close(int fd) {
-    if (fd == deviceFd && fd != kNone) {
-        const std::scoped_lock lock(sim::boardLock);
-        deviceFd = kNone;
-    }
-    return static_cast<int>(syscall(SYS_close, fd));
-}
-
-int ioctl(int fd, unsigned long request, ...) noexcept {
-    va_list more;
-    va_start(more, request);
-    void* const argument = va_arg(more, void*);
-    va_end(more);
+int Ioctl(int fd, unsigned long request, void* argument) {
     if (fd == deviceFd && fd != kNone) {
         const std::scoped_lock lock(sim::boardLock);
         if (sim::Transfer(request, *static_cast<kova_xfer*>(argument))) {
@@ -84,6 +101,14 @@ int ioctl(int fd, unsigned long request, ...) noexcept {
     return static_cast<int>(syscall(SYS_ioctl, fd, request, argument));
 }
 
+int close(int fd) {
+    if (fd == deviceFd && fd != kNone) {
+        const std::scoped_lock lock(sim::boardLock);
+        deviceFd = kNone;
+    }
+    return static_cast<int>(syscall(SYS_close, fd));
+}
+
 unsigned sleep(unsigned seconds) {
     // Another thread that has something to do gets the time that is skipped, but no more than that.
     constexpr std::uint64_t kPoll = 100;
@@ -91,13 +116,9 @@ unsigned sleep(unsigned seconds) {
     for (std::uint64_t waited = 0; waited < microseconds && SkipsWaiting() && sim::OthersRun(); waited += kPoll) {
         sim::SleepReally(kPoll);
     }
-    Pause(microseconds);
-    return 0;
+    return Pause(microseconds) ? 0 : seconds;
 }
 
-int usleep(useconds_t microseconds) {
-    Pause(microseconds);
-    return 0;
-}
+int usleep(useconds_t microseconds) { return Pause(microseconds) ? 0 : -1; }
 
 } // extern "C"

@@ -1,7 +1,7 @@
 #pragma once
 // The simulated board: stands in for the kernel driver, both chips and a monitor on the HDMI output. It answers the
 // five libc calls by which the console reaches the world (libc.cpp): open, ioctl and close of the device node, sleep,
-// usleep.
+// usleep. A program may have the first two by any of their names.
 //
 // Preloaded under the unchanged console it is set up by environment (script.cpp). Linked into a test it is set up by
 // the functions below, starts at Reset and runs in virtual time.
@@ -65,6 +65,9 @@ void FailRequests(std::uint32_t first, std::uint32_t count);
 void FailEvery(std::uint32_t n);
 /// Whether the video processor is dead: requests succeed, but every read gives 0xFFFF and no write changes anything.
 void SetDead(bool dead);
+
+/// From now on no pause takes any time: the kernel does not know the C library's system call.
+void FailPauses();
 
 /// Number of status reads for which the DDC master stays busy after a command.
 void SetDdcBusy(std::uint32_t statusReads);

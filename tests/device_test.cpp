@@ -1,3 +1,4 @@
+#include "app/transfer.h"
 #include "tests/board.h"
 
 #include <fcntl.h>
@@ -23,6 +24,15 @@ TEST_F(Device, AFailedRequestGivesMinusOneAndSoDoesAnUnknownPage) {
         EXPECT_EQ(read_hdmi(0xDC, 1), -1);
     });
     EXPECT_EQ(Journal(), ""); // an unknown page makes no request
+}
+
+TEST_F(Device, PausesThatFailAreReportedOnce) {
+    const auto transfer = [] {
+        sim::FailPauses();
+        const bool went = write_kova(s_fd, 0x4C4, 0x12, 0x34) == 1 && read_kova(s_fd, 0x4C4, 0, 0) == 0x3412;
+        std::_Exit(went ? 0 : 1);
+    };
+    EXPECT_EXIT(transfer(), testing::ExitedWithCode(0), "^Pause failed, nothing is waited for: [^\n]+\n$");
 }
 
 TEST_F(Device, TheNodeIsNoStandardStreamEvenWhereTheyAreClosed) {

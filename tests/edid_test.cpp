@@ -208,6 +208,11 @@ TEST_F(Edid, AFailureEndsTheParse) {
         }
     }
     ExpectGolden("edid-failures.txt", text);
+    sim::Reset(); // nobody there
+    std::uint8_t offset = 0x84;
+    std::uint16_t crc = 0;
+    Quietly([&] { EXPECT_NE(GetCEA861BBlockTag(&crc, &offset), 0); });
+    EXPECT_EQ(offset, 0x84);
 }
 // clang-format on
 

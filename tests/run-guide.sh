@@ -1,15 +1,17 @@
 #!/bin/sh
 # Runs the guide: does what its console blocks do and looks for what they show in what comes out.
 #
-# usage: run-guide.sh GUIDE PROGRAM [EMULATOR...]     PROGRAM: the console, with the simulated board beside it
+# usage: run-guide.sh DOCS PROGRAM [EMULATOR...]
+# DOCS: the folder of bring-up.md and messages.md; PROGRAM: the console, with the simulated board beside it
 #
 # In a block, sh carries out the lines "$ COMMAND"; there ./run is the console on the simulated board, kova-console the
 # console without it. "Please Input Command : LINE" is typed; what follows "kova-sim: TEXT" is typed once that has come.
 # Every line must come out, each right after the one before it. "..." stands for lines left out, and so does the end;
 # where nothing is shown, nothing may come. Left out without a sign: empty lines, the usage summary, the echo of what is
-# typed. Then the commands "w ..." in the text around the blocks are typed, and the sources' messages looked for.
+# typed. The number of a source line in a message, NAME[32](, may be any. Then the commands "w ..." in the text around the
+# blocks are typed, and the sources' messages looked for in messages.md.
 set -u
-guide=$1 CONSOLE=$2
+docs=$1 CONSOLE=$2
 shift 2
 EMULATOR=$*
 export CONSOLE EMULATOR
@@ -17,7 +19,7 @@ unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT KOVA_SIM_JOURNAL
 
 folder=$(mktemp -d) || exit 1
 trap 'rm -rf "$folder"' EXIT
-mkdir "$folder/here" || exit 1
+mkdir "$folder/here" && ln -s "$docs" "$folder/here/docs" || exit 1
 PATH=$folder:$PATH
 # The loader puts the console's folder for $ORIGIN. Only an emulated program may get the library, not its emulator.
 cat >"$folder/here/run" <<'RUN'
@@ -42,7 +44,7 @@ type_lines() {
     done <"$1"
 }
 
-squeeze() { sed 's/[[:blank:]]\{1,\}/ /g; s/^ //; s/ $//; /^$/d'; }
+squeeze() { sed 's/[[:blank:]]\{1,\}/ /g; s/^ //; s/ $//; s/\([[:alpha:]]\)\[[0-9]*\](/\1[](/; /^$/d'; }
 
 # Reports begin with their newline instead of ending in it, and the prompt has none: anything may follow them in a line.
 as_shown() {
@@ -67,20 +69,21 @@ END {
     }
 }'
 
+cd "$docs" || exit 1
 awk -v folder="$folder" '
     /^```/ { inside = $0 == "```console"; part = "" }
-    inside && /^\$ / { part = sprintf("%s/%05d", folder, NR) }
-    part != "" { print >part }' "$guide"
+    inside && /^\$ / { part = sprintf("%s/%s:%05d", folder, FILENAME, FNR) }
+    part != "" { print >part }' bring-up.md messages.md
 {
     echo '$ ./run'
-    grep -o '`w [^` ]* [^` ]* [^` ]*`' "$guide" | tr -d '`' | while read -r w target address value; do
+    grep -oh '`w [^` ]* [^` ]* [^` ]*`' bring-up.md messages.md | tr -d '`' | while read -r w target address value; do
         printf '...\nPlease Input Command : %s %s %s %s\n' "$w" "$target" "$address" "$value"
         printf '...\nREG = Addr=[0x%04x], ReadData=[0x%04x]\n' "0x$address" "0x$value"
     done
-} >"$folder/99999"
+} >"$folder/text:99999"
 
 failed=0 status=0
-for part in "$folder"/[0-9]*; do
+for part in "$folder"/*:*; do
     command=$(sed -n '1s/^\$ //p' "$part")
     : >"$folder/raw"
     type_lines "$part" | (cd "$folder/here" && (exit $status); eval "$command") >"$folder/raw" 2>&1
@@ -89,14 +92,13 @@ for part in "$folder"/[0-9]*; do
     sed 1d "$part" | squeeze >"$folder/wanted"
     awk "$compare" "$folder/wanted" - <"$folder/came" >"$folder/missed" && continue
     failed=1
-    printf '%s:%s: $ %s\ndoes not show: %s\nbut:\n' "$guide" "${part##*/}" "$command" "$(cat "$folder/missed")"
+    printf '%s: $ %s\ndoes not show: %s\nbut:\n' "${part##*/}" "$command" "$(cat "$folder/missed")"
     head -100 "$folder/came"
 done
 
-squeeze <"$guide" >"$folder/guide"
-(cd "$(dirname "$0")/.." && cat app/*.cpp kova/*.cpp hdmitx/*.cpp edid/*.cpp) | grep -v '^ *//\|^ *#' |
-    grep -o '"\([^"\\]\|\\.\)*"' | sed 's/^"//; s/"$//; s/\\[nrt]/ /g; s/%.*//' | squeeze | grep '^[^0-9].\{5\}' |
+(cd .. && cat app/*.cpp kova/*.cpp hdmitx/*.cpp edid/*.cpp) | grep -v '^ *//\|^ *#' |
+    grep -o '"\([^"\\]\|\\.\)*"' | sed 's/^"//; s/"$//; s/\\[nrt]//g; s/^%s\(.*\)/\1`/; s/^ *//; s/ *$//' | grep '^[^0-9/].\{5\}' |
     while IFS= read -r message; do
-        grep -qF -- "$message" "$folder/guide" || printf '%s says nothing of: %s\n' "$guide" "$message"
+        grep -qF -- "$message" messages.md || printf 'messages.md says nothing of: %s\n' "$message"
     done | { ! grep . || exit 1; } || failed=1
 exit $failed

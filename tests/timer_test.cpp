@@ -143,9 +143,14 @@ TEST_F(Loop, StoredInterruptsAreTakenOneByOne) {
     EXPECT_EQ(KOVAAPI_EnableIRQ(16, 0, 0, 1), 1);
 }
 
+// But nobody misses it while the loop is said to run.
 TEST_F(Loop, WithoutAThreadTheProgramEnds) {
     EXPECT_EXIT(
         {
+            ControlLoop_OnOff = 1;
+            ControlLoopStart();
+            ControlLoop_OnOff = 0;
+            std::fputs("goes on\n", stderr);
             pthread_attr_t attributes;
             pthread_attr_init(&attributes);
             pthread_attr_setstacksize(&attributes,
@@ -153,7 +158,7 @@ TEST_F(Loop, WithoutAThreadTheProgramEnds) {
             pthread_setattr_default_np(&attributes);
             ControlLoopStart();
         },
-        testing::ExitedWithCode(1), "Thread creation failed: ");
+        testing::ExitedWithCode(1), "goes on\nThread creation failed: ");
 }
 
 } // namespace
