@@ -2,7 +2,8 @@
 // would; everything else goes on to the kernel by its system call, since these definitions hide libc's own.
 //
 // Which symbol a call of open or ioctl becomes, its headers decide: where files or times are 64 bits wide, or calls are
-// fortified, there are others. All of them are here.
+// fortified, there are others. All of them are here, so the fortified headers' own must not be.
+#undef _FORTIFY_SOURCE
 
 #include "app/device.h"
 #include "sim/board.h"
