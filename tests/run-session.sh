@@ -4,10 +4,12 @@
 # usage: run-session.sh NAME PROGRAM [EMULATOR...]     PROGRAM: the console, or an example
 #
 # The simulated board lies beside the console. In sessions/:
-# NAME.in    what the person types; a line "@wait TEXT" waits until the console has shown TEXT
+# NAME.in    what the person types; a line "@wait TEXT" waits until the console has shown TEXT, "@often LINE" types it
+#            a thousand times
 # NAME.out   standard output and standard error as they come, then the exit status
 # NAME.env   optional: variables, a line each; "NO_BOARD=1" leaves the simulated board out, ARGUMENTS go to the program
 # NAME.keep  optional: extended regular expression of the lines to compare, for what does not come at fixed places
+# NAME.awk   optional: shortens what is kept
 #
 # UPDATE_SESSIONS=1 records instead of comparing.
 set -u
@@ -34,6 +36,7 @@ type_lines() {
             done
             [ $tries -gt 0 ] || printf '@wait timed out\n'
             ;;
+        "@often "*) yes "${line#@often }" | head -1000 ;;
         *) printf '%s\n' "$line" ;;
         esac
     done <"$name.in"
@@ -69,6 +72,7 @@ if [ -f "$name.keep" ]; then
     sed -e 's/Please Input Command : //' -e 's/ *[0-9]*\.[0-9]\{6\} [kh][a-z0-9]* [rw] /\
 &/' -e 's/\[exit status/\
 &/' "$shown" | grep -aE "$(cat "$name.keep")|^\[exit status|Sanitizer:" >"$actual"
+    [ -f "$name.awk" ] && mv "$actual" "$shown" && awk -f "$name.awk" "$shown" >"$actual"
 fi
 if [ -n "${UPDATE_SESSIONS:-}" ]; then
     cp "$actual" "$name.out"
