@@ -72,12 +72,13 @@ protected:
     /// The journal since the last call, the writes only.
     static std::string Writes() { return JournalWith(" w "); }
 
-    /// Adds an operation to the log: its name, what it says, its transfers.
+    /// Adds an operation to the log: its name, what it says, its transfers, or those whose lines hold a text.
     template <typename Operation>
-    void Log(const std::string& name, Operation operation) {
+    void Log(const std::string& name, Operation operation, const std::string& with = "") {
         Transfers();
         const std::string said = Capture(operation).err;
-        log += "== " + name + "\n" + said + (said.empty() ? "" : "\n") + Grouped(Transfers());
+        log += "== " + name + "\n" + said + (said.empty() ? "" : "\n")
+               + Grouped(with.empty() ? Transfers() : JournalWith(with));
     }
     /// Puts transfers of the same kind on one line: "hdmi1 w ed a0, ee 00". Twelve, so that a difference is found.
     static std::string Grouped(const std::string& journal) {

@@ -39,6 +39,12 @@ TEST_F(KovaPath, AFormatOutOfRangeStopsTheUpdateWhereItIsFound) {
     ExpectGolden("kova-path-formats.txt", record.str());
 }
 
+TEST_F(KovaPath, NoResultTellsOfFailedTransfers) {
+    sim::FailEvery(1);
+    Quietly([this] { EXPECT_EQ(KOVAAPI_HDDBLProcess(&src, &out, 1), KOVA_NO_ERROR); });
+    EXPECT_EQ(stKOVADstWIN, (VideoWindow{696, 480}));
+}
+
 TEST_F(KovaPath, TheDoubleRateVariantWrapsTheUpdate) {
     const auto note = [this](std::uint8_t on) {
         const std::uint8_t result = KOVAAPI_HDDBLProcess(&src, &out, on);

@@ -28,23 +28,22 @@ TEST_F(KovaPorts, AFormatOrModeOutOfRangeChangesNothing) {
 static_assert(VIDSRC_720x576i50 == 1 && VIDSRC_1280x720p60 == 4 && VIDSRC_1920x1080i60 == 6
               && VIDSRC_1280x1024p60 == 11);
 
+// Every mode twice, every format, each option alone or none, into empty registers and full ones.
 TEST_F(KovaPorts, ModesAndFormatsFillTheRecordAndTheChip) {
-    for (std::uint8_t mode = 0; mode <= MUX656_10_B; ++mode) {
-        for (std::uint8_t frmt = 0; frmt < VIDSRC_COUNT; ++frmt) {
-            src = {.frmt = frmt, .mode = mode, .flags = 0xFFFF, .stActive = {1, 1, 7, 8}};
-            // Each option alone or none, into empty registers or full ones.
-            const int option = frmt % 5;
-            if (option < 4) {
-                src.auxFlags = static_cast<std::uint8_t>(1U << option);
-                src.ycOffset = 5;
-                src.pClockDelay = &kDelay;
-                src.stClip = {0, 0, 5, 200};
-            }
-            Fill(mode % 2 == 0 ? 0 : 0xFFFF);
-            const std::uint8_t result = KOVAAPI_SetSrcPortMode(&src);
-            record << src.stActive << " of " << std::dec << src.hTotal << std::hex;
-            Note(result, " format", frmt, "mode", mode, "flags", src.flags, "options", src.auxFlags, "\n   ");
+    for (unsigned i = 0; i < 2 * kSrcModes; ++i) {
+        const auto mode = static_cast<std::uint8_t>(i % kSrcModes), frmt = static_cast<std::uint8_t>(i % VIDSRC_COUNT);
+        const unsigned option = (i + i / kSrcModes) % 5;
+        src = {.frmt = frmt, .mode = mode, .flags = 0xFFFF, .stActive = {1, 1, 7, 8}};
+        if (option < 4) {
+            src.auxFlags = static_cast<std::uint8_t>(1U << option);
+            src.ycOffset = 5;
+            src.pClockDelay = &kDelay;
+            src.stClip = {0, 0, 5, 200};
         }
+        Fill((i + i / kSrcModes) % 2 == 0 ? 0 : 0xFFFF);
+        const std::uint8_t result = KOVAAPI_SetSrcPortMode(&src);
+        record << src.stActive << " of " << std::dec << src.hTotal << std::hex;
+        Note(result, " format", frmt, "mode", mode, "flags", src.flags, "options", src.auxFlags, "\n   ");
     }
     ExpectGolden("kova-input-modes.txt", record.str());
 }
@@ -88,16 +87,18 @@ TEST_F(KovaPorts, EverythingOfAnInterlacedYCbCrOutput) {
     ExpectGolden("kova-output-1080i60.txt", record.str());
 }
 
-// A narrow multiplexed output runs at twice the pixel clock. Of the sync words those that differ from mode 0's.
+// A multiplexed output narrower than 1024 pixels runs at twice the pixel clock: every mode of a narrow one, of one that
+// is not, and of an interlaced one. Of the sync words those that differ from mode 0's.
 TEST_F(KovaPorts, ModesAndFormatsFillTheRecord) {
     for (std::uint8_t frmt = 0; frmt < VIDOUT_COUNT; ++frmt) {
         SyncTiming sync{};
-        for (std::uint8_t mode = 0; mode <= MUX656_10; ++mode) {
+        const bool every = frmt == VIDOUT_720x480i60 || frmt == VIDOUT_1024x768p60 || frmt == VIDOUT_1920x1080i60;
+        for (std::uint8_t mode = 0; mode <= (every ? MUX656_10 : RGB444_8); ++mode) {
             out = {.frmt = frmt, .mode = mode, .flags = 0xFFFF, .stActive = {1, 1, 7, 8}};
             EXPECT_EQ(KOVAAPI_SetOutPortMode(&out), 0);
             record << out.stActive << " mode " << int{mode} << " flags " << out.flags << " tmds " << int{out.tmds[0]}
                    << int{out.tmds[1]};
-            for (const std::uint16_t addr : Words{0x4A2, 0x4A3, 0x488, 0x030}) {
+            for (const std::uint16_t addr : Words{0x4A2, 0x4A3, 0x4B4, 0x488, 0x030}) {
                 record << ' ' << addr << ':' << sim::KovaRegister(addr);
             }
             record << " sync" << std::dec;

@@ -36,10 +36,10 @@ TEST_F(KovaWindows, RoundingClipDecimationAndDestination) {
                           Case{k8Bit, 1024, 480, {}, {}},
                           Case{k8Bit, 1032, 480, {}, {}},
                           Case{kProgressive, 1280, 720, {}, {}},
-                          Case{kProgressive, 1288, 720, {}, {}},
+                          Case{kProgressive, 1920, 1080, {1281, 99}, {}}, // a clip is not rounded
                           Case{kProgressive, 1920, 1080, {}, {1280, 720}},
                           Case{kProgressive, 1280, 720, {}, {720, 480}},
-                          Case{0, 1920, 1080, {1025, 99}, {}},          // a clip is not rounded
+                          Case{0, 1920, 1080, {1025, 99}, {}},
                           Case{0, 1024, 480, {}, {}},
                           Case{0, 704, 480, {600, 0}, {0, 100}},       // not in use
                           Case{0, 704, 480, {0, 100}, {100, 0}}}) {
@@ -59,6 +59,7 @@ TEST_F(KovaWindows, RoundingClipDecimationAndDestination) {
     ExpectGolden("kova-windows-rounding.txt", record.str());
 }
 
+// All four filters, of the built-in tables every sixteenth entry: whole they stand in the callers' test.
 TEST_F(KovaWindows, ScalerSetsAreLoadedWhenTheNeedChanges) {
     KOVAPLLClock = 2;
     stKOVADstWIN.h = 481; // half of which is 240 lines
@@ -68,7 +69,14 @@ TEST_F(KovaWindows, ScalerSetsAreLoadedWhenTheNeedChanges) {
             Note(KOVAAPI_SetMFCFilterCoef(&out), time, viewH, "lines, set", KOVAMFCCoef, "clock", KOVAPLLClock);
         }
     }
-    ExpectGolden("kova-scaler.txt", record.str());
+    std::string text = record.str();
+    constexpr std::size_t kEntry = std::string_view("590:0800 0000 0000 0000 0080").size();
+    for (std::size_t at = 0; (at = text.find("590:", at)) != std::string::npos;) {
+        const std::size_t end = at + kEntry;
+        at = text[end - 1] == '0' ? end : text.find_last_not_of(" \n", at - 1) + 1;
+        text.erase(at, end - at);
+    }
+    ExpectGolden("kova-scaler.txt", text);
 }
 
 TEST_F(KovaWindows, CallersScalerTables) {
@@ -77,6 +85,7 @@ TEST_F(KovaWindows, CallersScalerTables) {
         tables[i][0] = {-1, static_cast<std::int16_t>(i + 1)};
         tables[i][63] = {3, -4};
     }
+    Note(KOVAAPI_SetMFCHYFilterCoef(&out, nullptr), "built in");
     for (const std::uint16_t lines : Words{2, 0}) { // shrinking: the caller's tables count horizontally only
         stKOVADstWIN.h = lines;
         Note(KOVAAPI_SetMFCHYFilterCoef(&out, tables.data()), "horizontally of", lines);
@@ -89,23 +98,20 @@ TEST_F(KovaWindows, CallersScalerTables) {
               std::tuple(tables.data(), &tables[1], &tables[2], &tables[3]));
     stKOVADstWIN.h = 0; // not shrinking: every table counts
     Note(KOVAAPI_SetMFCFilterCoef(&out), "all four by way of the record");
-    // Of an entry that is zero the address says enough, and that stands in the tables that are built in.
-    std::string text = record.str();
-    const std::string zeros = "590:0000 0000 0000 0000 ";
-    for (std::size_t at = 0; (at = text.find(zeros, at)) != std::string::npos;) {
-        const std::size_t end = at + zeros.size() + 4;
-        at = text.find_last_not_of(" \n", at - 1) + 1;
-        text.erase(at, end - at);
-    }
-    ExpectGolden("kova-scaler-tables.txt", text);
+    ExpectGolden("kova-scaler-tables.txt", record.str());
 }
 
 TEST_F(KovaWindows, MemoryPrecisionAndConfiguration) {
     for (const std::uint16_t width : Words{768, 769}) {
         stKOVADstWIN.w = width;
+        std::string last;
         for (out.frmt = 0; out.frmt < VIDOUT_COUNT; ++out.frmt) {
             src.flags = VIDFLAG_PORT_A;
-            Note(KOVAAPI_SetMemPrecision(&src, &out), width, "wide, format", out.frmt, "flags", src.flags);
+            EXPECT_EQ(KOVAAPI_SetMemPrecision(&src, &out), 0);
+            if (const std::string wrote = Packed(); wrote != last) {
+                last = wrote;
+                Note(0, width, "wide, from format", out.frmt, "on", src.flags, wrote.c_str());
+            }
         }
     }
     for (const MemoryConfig& mem : {MemoryConfig{0, 1, 0}, MemoryConfig{2, 2, 1}, MemoryConfig{1, 4, 7}}) {

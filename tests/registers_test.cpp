@@ -1,12 +1,10 @@
-// Keeps docs/registers.md true: its registers are those that the code touches, its names, fields and functions the
-// code's, its values after init the board's.
+// Keeps docs/registers.md true: its names, fields and functions are the code's, its values after init the board's.
 
 #include "tests/kova_driver.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <map>
-#include <new>
 #include <set>
 
 namespace {
@@ -150,34 +148,5 @@ TEST_F(RegisterMap, HoldsTheNamesFieldsAndFunctionsOfTheCode) {
         EXPECT_TRUE(field.find(',') != 6 || fields.contains(field)) << field << " is not on the map";
     }
 }
-
-/// Where KOVA_TOUCHED names a file, the tests of this run have to touch every register of the map and no other.
-class TouchedRegisters : public testing::Environment {
-    const char* const path = std::getenv("KOVA_TOUCHED");
-
-    void SetUp() override { ASSERT_TRUE(path == nullptr || sim::WriteJournal(path)); }
-
-    void TearDown() override {
-        if (path == nullptr) {
-            return;
-        }
-        std::set<std::string> mapped, touched;
-        for (const Row& row : MapRows()) {
-            mapped.insert(row.registers.begin(), row.registers.end());
-        }
-        std::ifstream journal(path);
-        for (std::string time, chip, direction, addr, rest; journal >> time >> chip >> direction >> addr;) {
-            touched.insert(Name(chip, addr));
-            std::getline(journal, rest);
-        }
-        std::vector<std::string> either;
-        std::ranges::set_symmetric_difference(mapped, touched, std::back_inserter(either));
-        EXPECT_EQ(either, std::vector<std::string>{}) << "on the map but not touched, or touched but not on the map";
-    }
-};
-
-bool Add() noexcept { return testing::AddGlobalTestEnvironment(new (std::nothrow) TouchedRegisters) != nullptr; }
-
-const bool kAdded = Add();
 
 } // namespace

@@ -68,19 +68,20 @@ TEST_F(Loop, ParsesThatDisagreeStartOver) {
 TEST_F(Loop, ThePollMovesEveryState) {
     for (const std::uint8_t from :
          {OUTPUT_NO_SINK, OUTPUT_CHECK_EDID, OUTPUT_HDMI, OUTPUT_DVI, OUTPUT_HDMI_NO_POWER, OUTPUT_DVI_NO_POWER}) {
-        for (const char* const sink : {"none", "plugged", "powered"}) {
+        for (const std::string sink : {"none   ", "plugged", "powered"}) {
             for (const bool tmds : {false, true}) {
                 DefaultDVImode = 1;
-                Attach(sim::kBuiltInEdid, sink == std::string("powered"));
-                if (sink == std::string("none")) {
+                Attach(sim::kBuiltInEdid, sink == "powered");
+                if (sink == "none   ") {
                     Detach();
                 }
                 OutputState = from;
                 OldOutputState = from == OUTPUT_NO_SINK ? from : 99;
                 sim::TxRegister(sim::Page::Hdmi1, 0x08) = tmds ? 0x37 : 0x36;
-                log += "== from state " + std::to_string(from) + ", TMDS " + (tmds ? "on" : "off") + ", sink " + sink
-                       + "\n" + Rounds(1);
-                log += "-- to state " + std::to_string(OutputState) + ", TMDS " + (TmdsOn() ? "on" : "off") + "\n";
+                std::string said = Rounds(1);
+                std::erase_if(said, [](char c) { return c == '\n' || c == '\r'; });
+                log += std::to_string(from) + (tmds ? " on,  " : " off, ") + sink + " -> " + std::to_string(OutputState)
+                       + (TmdsOn() ? " on" : " off") + said + "\n";
                 Detach(); // nothing is confirmed for the next one
                 Rounds(1);
             }
@@ -97,21 +98,25 @@ TEST_F(Loop, PowerThatComesWhileTheEdidIsReadCounts) {
     EXPECT_EQ(OutputState, 4);
 }
 
+// Around each of them the line is taken off and put back, which is shown once.
 TEST_F(Loop, EachInterruptHasItsAction) {
-    const auto handle = [this](const std::string& name) {
+    const auto handle = [this](const std::string& name, const char* with = "hdmi") {
         OutputState = OUTPUT_DVI;
-        Log(name, [] {
-            KOVAAPI_GetParseIRQ();
-            HDMITxInterruptHandler();
-        });
+        Log(
+            name,
+            [] {
+                KOVAAPI_GetParseIRQ();
+                HDMITxInterruptHandler();
+            },
+            with);
         log += "state " + std::to_string(OutputState) + "\n";
     };
     sim::TxRegister(sim::Page::Hdmi1, 0x75) = 0xFF;
     for (const int status : {0x20, 0x40, 0x08, 0x10, 0x48, 0x80}) {
         sim::TxRegister(sim::Page::Hdmi1, 0x71) = static_cast<std::uint8_t>(status);
-        handle("status " + std::to_string(status));
+        handle("status " + std::to_string(status), status == 0x40 ? "" : "hdmi");
     }
-    handle("not pending");
+    handle("not pending", "");
     sim::KovaRegister(0x10) = 0x80;
     handle("not the transmitter's");
     sim::FailRequests(1, 1); // a failed status read counts as every interrupt
