@@ -21,7 +21,7 @@ constexpr useconds_t kPauseMicroseconds = 100;
 std::atomic_flag pauseFailed;
 
 void Pause() {
-    if (usleep(kPauseMicroseconds) != 0 && !pauseFailed.test_and_set()) {
+    if (usleep(kPauseMicroseconds) != 0 && errno != EINTR && !pauseFailed.test_and_set()) {
         std::fprintf(stderr, "Pause failed, nothing is waited for: %s\n", std::strerror(errno));
     }
 }

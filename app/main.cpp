@@ -19,12 +19,12 @@ void SetUpStreams() {
     std::setvbuf(stdin, inputBuffer.data(), _IOFBF, inputBuffer.size());
 }
 
-// Ends the process at once, whatever the loop is doing: at most its transfer in flight finds the node closed. Standard
-// output is not flushed again: its lines are all out, and the loop may hold it for as long as nobody reads them. What
-// was not read from a file of commands is left to the next program that reads it.
+// Ends the process at once, whatever the loop is doing. The node is closed by that end, which stops the loop before:
+// closed here, it would fail the rest of a pass. Standard output is not flushed again: its lines are all out, and the
+// loop may hold it for as long as nobody reads them. What was not read from a file of commands is left to its next
+// reader.
 [[noreturn]] void End() {
     std::fflush(stdin); // cppcheck-suppress fflushOnInputStream ; POSIX says what it does
-    close_kova();
     _exit(0);
 }
 

@@ -13,9 +13,9 @@ struct kova_xfer {
 };
 static_assert(sizeof(kova_xfer) == 4 && offsetof(kova_xfer, data) == 2, "the driver's record has no padding");
 
-/// Request codes of the kernel driver: plain numbers, no direction or size encoding. They are free on PowerPC, where the
-/// kernel's own requests to any file carry other bits. On x86 and ARM number 2 is one of those, FIGETBSZ: the kernel
-/// answers it before any driver sees it.
+/// Request codes of the kernel driver: plain numbers, no direction or size encoding. They are free on PowerPC, where
+/// the kernel's own requests to any file carry other bits. On x86 and ARM number 2 is one of those, FIGETBSZ: the
+/// kernel answers it before any driver sees it.
 enum KovaRequest : std::uint8_t {
     KOVA_310_READ = 0,
     KOVA_310_WRITE = 1,
@@ -28,7 +28,8 @@ enum KovaRequest : std::uint8_t {
 /// Descriptor of the open device node, 0 before start-up; written by open_kova once, before a second thread exists.
 extern std::int32_t s_fd;
 
-/// Writes one video processor register after a pause of 100 µs. The first pause that fails is reported on standard error.
+/// Writes one video processor register after a pause of 100 µs. The first pause that fails is reported on standard
+/// error.
 /// @param d0  bits 15..8   @param d1  bits 7..0
 /// @return 1, or -1 with a message on standard output when the request failed.
 std::int32_t write_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1);

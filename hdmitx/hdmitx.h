@@ -110,8 +110,9 @@ void SendAVIInfoFrame();
 void SendAUDInfoFrame();
 
 /// Switches the repeated sending of a packet on: 0x3E, for code 0 0x3F.
-/// @param code  InfoFrame type 0x82 to 0x85; 0 the packet of 0x3F bits 1..0; 255 switches nothing on: it clears bits 4 and
-///              0 of 0x3E, so of the bit pairs of the audio and the AVI InfoFrame one bit each stays as it was
+/// @param code  InfoFrame type 0x82 to 0x85; 0 the packet of 0x3F bits 1..0; 255 switches nothing on: it clears bits 4
+///              and 0 of 0x3E, so that of the audio and AVI pairs that were on one bit each stays set; in DVI mode all
+///              bits are cleared, as for every type
 /// @return 0; 1 for any other code, without a write
 std::uint8_t EnableInfoFrame(std::uint8_t code);
 

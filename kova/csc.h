@@ -2,8 +2,8 @@
 // The two colour converters, at the input and at the output, and the picture controls, which are folded into the output
 // conversion: each change of a control computes and writes the whole output set again.
 //
-// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. Every write ends with a local register
-// update.
+// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. Every write ends with a local
+// register update.
 
 #include "kova/formats.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 // The input ports: bus format, syncs, scan type, options and port clock of the source.
 //
-// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. Most port registers hold one field for
-// each port side by side; the record's flags say which of them a setter writes, so the single setters come after
+// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. Most port registers hold one field
+// for each port side by side; the record's flags say which of them a setter writes, so the single setters come after
 // KOVAAPI_SetSrcPortMode. A switch is on for any non-zero value.
 
 #include "kova/formats.h"
@@ -24,7 +24,7 @@ std::uint8_t KOVAAPI_SetSrcCompHsync(SrcVideoInfo* src, std::uint8_t on);
 /// "Input field ID": 0x401 bit 3. For a source on port B nothing is done. Ends with a local register update.
 std::uint8_t KOVAAPI_SetSrcInputFieldID(SrcVideoInfo* src, std::uint8_t on);
 
-/// High field ID marks the top field: 0x401 bit 1 or 0. Ends with a local register update.
+/// "High top field ID": 0x401 bit 1 or 0. Ends with a local register update.
 std::uint8_t KOVAAPI_SetSrcHighTopFieldID(SrcVideoInfo* src, std::uint8_t on);
 
 /// Sample offset between Y and C, 0 to 7: 0x400 bits 13..11 or 10..8. Ends with a local register update.
@@ -42,5 +42,5 @@ std::uint8_t KOVAAPI_SetSrcClockDelay(SrcVideoInfo* src, const ClockDelay* delay
 /// @param x  pixels, below 512 (not masked)   @param y  lines, bits 6..0 used
 std::uint8_t KOVAAPI_SetSrcPosition(SrcVideoInfo* src, std::uint16_t x, std::uint16_t y);
 
-/// How the port's pins map to the data, 0 to 3: 0x400 bits 15..14. Ends with a local register update.
+/// Input data map mode, 0 to 3: 0x400 bits 15..14. Ends with a local register update.
 std::uint8_t KOVAAPI_SetInDataMapMode(std::uint8_t value);

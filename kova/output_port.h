@@ -1,7 +1,8 @@
 #pragma once
 // The output: digital bus, sync timing, DAC, PLLs, polarities, clock delays and sources, pins and clock drivers.
 //
-// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. A switch is on for any non-zero value.
+// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. A switch is on for any non-zero
+// value.
 
 #include "kova/formats.h"
 
@@ -66,8 +67,8 @@ std::uint8_t KOVAAPI_SetDIGCbCrSwap(OutVideoInfo* out, std::uint8_t on);   ///< 
 std::uint8_t KOVAAPI_SetDACPbPrSwap(OutVideoInfo* out, std::uint8_t on);   ///< swaps Pb and Pr: 0x4A3 bit 4
 std::uint8_t KOVAAPI_SetOutHActInvert(OutVideoInfo* out, std::uint8_t on); ///< inverts H active: 0x4B4 bit 7
 std::uint8_t KOVAAPI_SetOutVActInvert(OutVideoInfo* out, std::uint8_t on); ///< inverts V active: 0x4B4 bit 6
-std::uint8_t KOVAAPI_SetOutHSyncHAct(OutVideoInfo* out, std::uint8_t on);  ///< H sync pin carries H active: 0x4B4 bit 3
-std::uint8_t KOVAAPI_SetOutVSyncVAct(OutVideoInfo* out, std::uint8_t on);  ///< V sync pin carries V active: 0x4B4 bit 2
+std::uint8_t KOVAAPI_SetOutHSyncHAct(OutVideoInfo* out, std::uint8_t on);  ///< H sync used as H active: 0x4B4 bit 3
+std::uint8_t KOVAAPI_SetOutVSyncVAct(OutVideoInfo* out, std::uint8_t on);  ///< V sync used as V active: 0x4B4 bit 2
 
 /// Data enable output mode, 0 to 2: 0x4B4 bits 9..8.
 std::uint8_t KOVAAPI_SetDEOutMode(OutVideoInfo* out, std::uint8_t demode);

@@ -42,10 +42,10 @@ constexpr int kMostPolls = 5000;
 
 bool IsMultiplexed(const SrcVideoInfo& src) { return src.mode > SEP422_10; }
 
-// The status registers show what the select register was last given.
+// Before every read of a status register the select register is written.
 std::uint8_t ReadStatus(std::uint16_t addr, std::uint16_t& value) {
-    constexpr std::uint16_t kSync = 9;
-    return AsResult(KOVA_RegWrite(kStatusSelect, kSync) || KOVA_RegRead(addr, &value));
+    constexpr std::uint16_t kSelected = 9;
+    return AsResult(KOVA_RegWrite(kStatusSelect, kSelected) || KOVA_RegRead(addr, &value));
 }
 
 // A chip that never gets ready leaves ready false.

@@ -1,7 +1,8 @@
 #pragma once
 // A look at the chip and the incoming signal, test patterns, and what is shown.
 //
-// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. A switch is on for any non-zero value.
+// Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. A sync status is then 3, a pattern
+// 7, a device ID or a measurement 0xFFFF. A switch is on for any non-zero value.
 
 #include "kova/formats.h"
 

@@ -2,8 +2,8 @@
 // The sizes that the scaler works with.
 //
 // These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. A setter of a single window works on
-// the windows that the last video path update left, so it comes after at least one update; whoever changes a window lets
-// the rest of the update follow, so that scaler, filters and deinterlacer fit the new sizes.
+// the windows that the last video path update left, so it comes after at least one update; whoever changes a window
+// lets the rest of the update follow, so that scaler, filters and deinterlacer fit the new sizes.
 
 #include "kova/formats.h"
 

@@ -1,8 +1,9 @@
-// The five libc calls by which the console reaches the world. For the device node they answer as the kernel driver
-// would; everything else goes on to the kernel by its system call, since these definitions hide libc's own.
+// The five libc calls by which the console reaches the world, and openat, by which another program may. For the device
+// node they answer as the kernel driver would; everything else goes on to the kernel by its system call, since these
+// definitions hide libc's own.
 //
-// Which symbol a call of open or ioctl becomes, its headers decide: where files or times are 64 bits wide, or calls are
-// fortified, there are others. All of them are here, so the fortified headers' own must not be.
+// Which symbol a call of open or ioctl becomes, the C library's headers decide: where files or times are 64 bits wide,
+// or calls are fortified, there are others. All of them are here, so the fortified headers' own must not be.
 #undef _FORTIFY_SOURCE
 
 #include "app/device.h"
@@ -73,8 +74,8 @@ int OpenAt  (int folder, const char* path, int flags, mode_t mode) __asm__("open
 int OpenAt64(int folder, const char* path, int flags, mode_t mode) __asm__("openat64");
 int Ioctl   (int fd, unsigned long request, void* argument)        __asm__("ioctl");
 
-// The same once more: the fortified calls, which have no mode, the call of a program with 64 bits for the time, and the C
-// library's own, which would bring its definitions of the others into a static program.
+// The same once more: the fortified calls, which have no mode, the call of a program with 64 bits for the time, and
+// the C library's own, which would bring its definitions of the others into a static program.
 decltype(Open)     OpenChecked     __asm__("__open_2")       __attribute__((alias("open")));
 decltype(Open64)   Open64Checked   __asm__("__open64_2")     __attribute__((alias("open64")));
 decltype(OpenAt)   OpenAtChecked   __asm__("__openat_2")     __attribute__((alias("openat")));

@@ -6,7 +6,7 @@
 # The simulated board lies beside the console. In sessions/:
 # NAME.in    what the person types; a line "@wait TEXT" waits until the console has shown TEXT, "@often LINE" types it
 #            a thousand times
-# NAME.out   standard output and standard error as they come, then the exit status
+# NAME.out   standard output and standard error as they come, what the console has not read, then the exit status
 # NAME.env   optional: variables, a line each; "NO_BOARD=1" leaves the simulated board out, ARGUMENTS go to the program
 # NAME.keep  optional: extended regular expression of the lines to compare, for what does not come at fixed places
 # NAME.awk   optional: shortens what is kept
@@ -43,7 +43,7 @@ type_lines() {
 }
 
 input=$name.in
-if grep -aq '^@wait ' "$name.in"; then
+if grep -aq "^@wait " "$name.in"; then
     input=$folder/input
     mkfifo "$input" || exit 1
     type_lines >"$input" &
@@ -52,17 +52,20 @@ fi
 # The loader puts the console's folder for $ORIGIN, whatever characters it holds. An emulator takes the library as an
 # option: only the emulated program may get it.
 preload='$ORIGIN/libkova-sim.so'
+exec <"$input"
 if [ -n "${NO_BOARD:-}" ]; then
-    "$@" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
+    "$@" "$console" ${ARGUMENTS:-} >"$shown" 2>&1
 elif [ $# -gt 0 ]; then
-    "$@" -E "LD_PRELOAD=$preload" "$console" ${ARGUMENTS:-} <"$input" >"$shown" 2>&1
+    "$@" -E "LD_PRELOAD=$preload" "$console" ${ARGUMENTS:-} >"$shown" 2>&1
 else
     (
         export LD_PRELOAD="$preload"
         exec "$console" ${ARGUMENTS:-}
-    ) <"$input" >"$shown" 2>&1
+    ) >"$shown" 2>&1
 fi
-echo "[exit status $?]" >>"$shown"
+status=$?
+cat >>"$shown"
+echo "[exit status $status]" >>"$shown"
 
 actual=$shown
 if [ -f "$name.keep" ]; then

@@ -148,19 +148,19 @@ TEST_F(Loop, StoredInterruptsAreTakenOneByOne) {
     EXPECT_EQ(KOVAAPI_EnableIRQ(16, 0, 0, 1), 1);
 }
 
-// But nobody misses it while the loop is said to run.
+// While the loop is said to run none is created, so that none is missing.
 TEST_F(Loop, WithoutAThreadTheProgramEnds) {
     EXPECT_EXIT(
         {
-            ControlLoop_OnOff = 1;
-            ControlLoopStart();
-            ControlLoop_OnOff = 0;
-            std::fputs("goes on\n", stderr);
             pthread_attr_t attributes;
             pthread_attr_init(&attributes);
             pthread_attr_setstacksize(&attributes,
                                       std::size_t{15} << (sizeof(std::size_t) * 8 - 4)); // more than there is
             pthread_setattr_default_np(&attributes);
+            ControlLoop_OnOff = 1;
+            ControlLoopStart();
+            ControlLoop_OnOff = 0;
+            std::fputs("goes on\n", stderr);
             ControlLoopStart();
         },
         testing::ExitedWithCode(1), "goes on\nThread creation failed: ");
