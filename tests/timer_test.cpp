@@ -68,11 +68,11 @@ TEST_F(Loop, ParsesThatDisagreeStartOver) {
 TEST_F(Loop, ThePollMovesEveryState) {
     for (const std::uint8_t from :
          {OUTPUT_NO_SINK, OUTPUT_CHECK_EDID, OUTPUT_HDMI, OUTPUT_DVI, OUTPUT_HDMI_NO_POWER, OUTPUT_DVI_NO_POWER}) {
-        for (const std::string sink : {"none   ", "plugged", "powered"}) {
+        for (const char* const sink : {"none   ", "plugged", "powered"}) {
             for (const bool tmds : {false, true}) {
                 DefaultDVImode = 1;
-                Attach(sim::kBuiltInEdid, sink == "powered");
-                if (sink == "none   ") {
+                Attach(sim::kBuiltInEdid, sink == std::string("powered"));
+                if (sink == std::string("none   ")) {
                     Detach();
                 }
                 OutputState = from;
@@ -80,8 +80,8 @@ TEST_F(Loop, ThePollMovesEveryState) {
                 sim::TxRegister(sim::Page::Hdmi1, 0x08) = tmds ? 0x37 : 0x36;
                 std::string said = Rounds(1);
                 std::erase_if(said, [](char c) { return c == '\n' || c == '\r'; });
-                log += std::to_string(from) + (tmds ? " on,  " : " off, ") + sink + " -> " + std::to_string(OutputState)
-                       + (TmdsOn() ? " on" : " off") + said + "\n";
+                log.append(std::to_string(from)).append(tmds ? " on,  " : " off, ").append(sink).append(" -> ");
+                log.append(std::to_string(OutputState)).append(TmdsOn() ? " on" : " off").append(said).append("\n");
                 Detach(); // nothing is confirmed for the next one
                 Rounds(1);
             }
