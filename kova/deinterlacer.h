@@ -3,7 +3,8 @@
 // detection, CCS and motion noise reduction. Registers 0x500 to 0x53F.
 //
 // These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. Each setter ends with a local
-// register update. A switch is on for any non-zero value; bits of a value above its range are dropped on the way to the chip.
+// register update. A switch is on for any non-zero value; bits of a value above its range are dropped on the way to the
+// chip.
 
 #include "kova/formats.h"
 

@@ -3,8 +3,8 @@
 // filter, black/white extension.
 //
 // These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. They end with a local register
-// update. A switch is on for any non-zero value; bits of a value above its range are dropped. A set of coefficients is read at
-// the call and not kept; null selects the built-in one.
+// update. A switch is on for any non-zero value; bits of a value above its range are dropped. A set of coefficients is
+// read at the call and not kept; null selects the built-in one.
 
 #include <array>
 #include <cstdint>

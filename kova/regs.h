@@ -2,8 +2,9 @@
 // The video processor's registers: 16 bits wide at 16-bit word addresses. Each word is one transfer after a pause of
 // 100 µs, nothing is cached.
 //
-// A failed transfer stops nothing and shows in no result code of this driver. It leaves a message on standard output; a read
-// gives 0xFFFF, and the change of a field then writes ones into the rest of its register. Whoever must know reads back.
+// A failed transfer stops nothing and shows in no result code of this driver. It leaves a message on standard output; a
+// read gives 0xFFFF, and the change of a field then writes ones into the rest of its register. Whoever must know reads
+// back.
 
 #include <cstdint>
 

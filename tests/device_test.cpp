@@ -8,18 +8,28 @@ namespace {
 
 using Device = Board;
 
-TEST_F(Device, AnUnknownPageMakesNoRequest) {
+TEST_F(Device, AFailedRequestGivesMinusOneAndSoDoesAnUnknownPageWithoutOne) {
     EXPECT_EQ(write_hdmi(0x73, 1, 2) + read_hdmi(0xDC, 1), -2);
     EXPECT_EQ(Journal(), "");
+    for (const int result : {1, -1}) {
+        Quietly([result] {
+            for (const int came : {write_kova(s_fd, 1, 0, 0), write_hdmi(0x7A, 1, 1), read_hdmi(0x7A, 1)}) {
+                EXPECT_EQ(came, result);
+            }
+            EXPECT_EQ(read_kova(s_fd, 4, 0, 0), result == 1 ? 0x8300 : -1); // the high byte in front
+        });
+        sim::FailEvery(1);
+    }
 }
 
 TEST_F(Device, PausesThatFailAreReportedOnce) {
-    const auto transfer = [] {
-        sim::FailPauses();
-        const bool went = write_kova(s_fd, 0x4C4, 0x12, 0x34) == 1 && read_kova(s_fd, 0x4C4, 0, 0) == 0x3412;
-        std::_Exit(went ? 0 : 1);
-    };
-    EXPECT_EXIT(transfer(), testing::ExitedWithCode(0), "^Pause failed, nothing is waited for: [^\n]+\n$");
+    for (const auto transfer : {+[] { return write_kova(s_fd, 4, 0, 0); }, +[] { return read_kova(s_fd, 4, 0, 0); }}) {
+        const auto twice = [transfer] {
+            sim::FailPauses();
+            std::_Exit(transfer() > 0 && transfer() > 0 ? 0 : 1);
+        };
+        EXPECT_EXIT(twice(), testing::ExitedWithCode(0), "^Pause failed, nothing is waited for: [^\n]+\n$");
+    }
 }
 
 TEST_F(Device, TheNodeIsNoStandardStreamEvenWhereTheyAreClosed) {

@@ -8,8 +8,8 @@
 # console without it. "Please Input Command : LINE" is typed; what follows "kova-sim: TEXT" is typed once that has come.
 # Every line must come out, each right after the one before it. "..." stands for lines left out, and so does the end;
 # where nothing is shown, nothing may come. Left out without a sign: empty lines, the usage summary, the echo of what is
-# typed. The number of a source line in a message, NAME[32](, may be any. Then the commands "w ..." in the text around the
-# blocks are typed, and the sources' messages looked for in messages.md.
+# typed. The number of a source line in a message, NAME[32](, may be any. Then the commands "w ..." in the text around
+# the blocks are typed, and the sources' messages looked for in messages.md.
 set -u
 docs=$1 CONSOLE=$2
 shift 2
