@@ -14,21 +14,16 @@ set -u
 docs=$1 CONSOLE=$2
 shift 2
 EMULATOR=$*
-export CONSOLE EMULATOR
+PRELOAD='LD_PRELOAD=$ORIGIN/libkova-sim.so' # $ORIGIN: the console's folder; only the emulated program may get it
+[ $# -eq 0 ] || PRELOAD="QEMU_SET_ENV=$PRELOAD"
+export CONSOLE EMULATOR PRELOAD
 unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT KOVA_SIM_JOURNAL
 
 folder=$(mktemp -d) || exit 1
 trap 'rm -rf "$folder"' EXIT
 mkdir "$folder/here" && ln -s "$docs" "$folder/here/docs" || exit 1
 PATH=$folder:$PATH
-# The loader puts the console's folder for $ORIGIN. Only an emulated program may get the library, not its emulator.
-cat >"$folder/here/run" <<'RUN'
-#!/bin/sh
-export KOVA_SIM_SPEED="${KOVA_SIM_SPEED-1000}"
-[ -n "$EMULATOR" ] && exec $EMULATOR -E 'LD_PRELOAD=$ORIGIN/libkova-sim.so' "$CONSOLE"
-export LD_PRELOAD='$ORIGIN/libkova-sim.so'
-exec "$CONSOLE"
-RUN
+printf '#!/bin/sh\nKOVA_SIM_SPEED="${KOVA_SIM_SPEED-1000}" exec env "$PRELOAD" $EMULATOR "$CONSOLE"\n' >"$folder/here/run"
 printf '#!/bin/sh\nexec $EMULATOR "$CONSOLE"\n' >"$folder/kova-console"
 chmod +x "$folder/here/run" "$folder/kova-console"
 

@@ -49,20 +49,12 @@ if grep -aq "^@wait " "$name.in"; then
     type_lines >"$input" &
 fi
 
-# The loader puts the console's folder for $ORIGIN, whatever characters it holds. An emulator takes the library as an
-# option: only the emulated program may get it.
-preload='$ORIGIN/libkova-sim.so'
+# $ORIGIN: the console's folder, whatever characters it holds; only the emulated program may get it.
+preload='LD_PRELOAD=$ORIGIN/libkova-sim.so'
+[ $# -eq 0 ] || preload="QEMU_SET_ENV=$preload"
+[ -n "${NO_BOARD:-}" ] || set -- env "$preload" "$@"
 exec <"$input"
-if [ -n "${NO_BOARD:-}" ]; then
-    "$@" "$console" ${ARGUMENTS:-} >"$shown" 2>&1
-elif [ $# -gt 0 ]; then
-    "$@" -E "LD_PRELOAD=$preload" "$console" ${ARGUMENTS:-} >"$shown" 2>&1
-else
-    (
-        export LD_PRELOAD="$preload"
-        exec "$console" ${ARGUMENTS:-}
-    ) >"$shown" 2>&1
-fi
+"$@" "$console" ${ARGUMENTS:-} >"$shown" 2>&1
 status=$?
 cat >>"$shown"
 echo "[exit status $status]" >>"$shown"
