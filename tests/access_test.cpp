@@ -63,10 +63,9 @@ TEST_F(Access, BlocksGoOnAfterAFailure) {
         HDTX_MultiWrite(HDTX_SLV1, 0xFE, bytes.data(), 3);
         HDTX_MultiRead(HDTX_SLV1, 0x30, bytesBack.data(), 3); // drains one register
     });
-    EXPECT_EQ(Grouped(Transfers()), "kova w fffe 1122, ffff 3344 failed, 0000 5566\n"
-                                    "kova r fffe 0000 failed, ffff 0000, 0000 0000 failed\n"
-                                    "hdmi2 w fe 01, ff 02 failed, 00 03\n"
-                                    "hdmi2 r 30 00 failed, 30 77, 30 00 failed\n");
+    EXPECT_EQ(Packed(Transfers()),
+              "kova w fffe:1122 3344 failed 0000:5566 kova r fffe:0000 failed 0000 0000:0000 failed "
+              "hdmi2 w fe:01 02 failed 00:03\n    hdmi2 r 30:00 failed 30:77 30:00 failed");
     EXPECT_EQ(wordsBack, (std::array<std::uint16_t, 3>{0xFFFF, 0x0000, 0xFFFF}));
     EXPECT_EQ(bytesBack, (std::array<std::uint8_t, 3>{0xFF, 0x77, 0xFF}));
 }

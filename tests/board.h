@@ -77,23 +77,33 @@ protected:
     void Log(const std::string& name, Operation operation, const std::string& with = "") {
         Transfers();
         const std::string said = Capture(operation).err;
-        log += "== " + name + "\n" + said + (said.empty() ? "" : "\n")
-               + Grouped(with.empty() ? Transfers() : JournalWith(with));
+        const std::string transfers = Packed(with.empty() ? Transfers() : JournalWith(with));
+        log += "== " + name + "\n" + said + (said.empty() ? "" : "\n") + transfers + (transfers.empty() ? "" : "\n");
     }
-    /// Puts transfers of the same kind on one line: "hdmi1 w ed a0, ee 00". Twelve, so that a difference is found.
-    static std::string Grouped(const std::string& journal) {
-        std::string text, kind;
-        unsigned count = 0;
+    /// Transfers in short: the chip and r or w where they change from those before, one address for neighbouring
+    /// registers, local updates as "u": "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u". Wrapped where that
+    /// gets long.
+    static std::string Packed(const std::string& journal, std::string kind = "") {
+        std::string text;
+        std::size_t start = 0;
+        unsigned next = 0;
         std::istringstream lines(journal);
-        for (std::string line; std::getline(lines, line); ++count) {
-            const bool more = kind == line.substr(0, 7) && count % 12 != 0;
-            if (!more) {
-                kind = line.substr(0, 7);
-                count = 0;
+        for (std::string chip, rw, addr, value; lines >> chip >> rw >> addr && std::getline(lines, value);) {
+            const auto at = static_cast<unsigned>(std::stoul(addr, nullptr, 16));
+            const bool same = chip + ' ' + rw == kind;
+            if (same && at == next) {
+                text += value;
+            } else {
+                const bool full = text.size() - start > 110;
+                start = full ? text.size() : start;
+                text += full ? "\n    " : text.empty() ? "" : " ";
+                kind = chip + ' ' + rw;
+                text +=
+                    same && addr + value == "04c4 0001" ? "u" : (same ? "" : kind + ' ') + addr + ':' + value.substr(1);
             }
-            text += more ? "," + line.substr(line.find_last_of("rw") + 1) : (text.empty() ? "" : "\n") + line;
+            next = at + 1;
         }
-        return text.empty() ? "" : text + "\n";
+        return text;
     }
     /// What happened in a test, to be compared with a recorded file.
     std::string log;

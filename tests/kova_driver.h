@@ -32,47 +32,8 @@ protected:
         }
     }
 
-    /// The writes since the last call in short, with one address for neighbouring registers, local updates as "u" and
-    /// blocks that count up in their last word as one: "500:6c10 bb10 u 588:0000 0080 .. 00a4". Wrapped where that gets
-    /// long.
-    static std::string Packed() {
-        std::vector<std::string> blocks; // "500:6c10 bb10"
-        std::string journal = Writes();
-        unsigned next = 0;
-        for (; !journal.empty(); journal.erase(0, journal.find('\n') + 1)) {
-            const auto addr = static_cast<unsigned>(std::stoul(journal.substr(7, 4), nullptr, 16));
-            if (addr == KOVA_LOCAL_UPDATE) {
-                blocks.push_back("u");
-            } else if (addr == next) {
-                blocks.back() += ' ' + journal.substr(12, 4);
-            } else {
-                blocks.push_back(journal.substr(8, 3) + ':' + journal.substr(12, 4));
-            }
-            next = addr + 1;
-        }
-        std::string words;
-        std::size_t line = 0;
-        for (std::size_t i = 0; i < blocks.size(); ++i) {
-            std::size_t last = i;
-            while (last + 1 < blocks.size() && CountsUp(blocks[last], blocks[last + 1])) {
-                ++last;
-            }
-            const bool full = blocks[i] != "u" && words.size() - line > 110;
-            line = full ? words.size() : line;
-            words += (full ? "\n    " : words.empty() ? "" : " ") + blocks[i];
-            if (last > i) {
-                words += " .. " + blocks[last].substr(blocks[last].size() - 4);
-                i = last;
-            }
-        }
-        return words;
-    }
-    /// Whether two blocks are the same but for a last word that is one more.
-    static bool CountsUp(const std::string& block, const std::string& next) {
-        const std::size_t at = block.rfind(' ');
-        return at != std::string::npos && block.substr(0, at) == next.substr(0, at) && next.size() == block.size()
-               && std::stoul(next.substr(at), nullptr, 16) == std::stoul(block.substr(at), nullptr, 16) + 1;
-    }
+    /// The writes since the last call in short.
+    static std::string Packed() { return Board::Packed(Writes(), "kova w"); }
 
     /// Adds a call to the record: the names and values given, its result if that is an error, what it wrote.
     template <typename... Name>

@@ -59,7 +59,6 @@ TEST_F(KovaWindows, RoundingClipDecimationAndDestination) {
     ExpectGolden("kova-windows-rounding.txt", record.str());
 }
 
-// All four filters, of the built-in tables every sixteenth entry: whole they stand in the callers' test.
 TEST_F(KovaWindows, ScalerSetsAreLoadedWhenTheNeedChanges) {
     KOVAPLLClock = 2;
     stKOVADstWIN.h = 481; // half of which is 240 lines
@@ -69,14 +68,7 @@ TEST_F(KovaWindows, ScalerSetsAreLoadedWhenTheNeedChanges) {
             Note(KOVAAPI_SetMFCFilterCoef(&out), time, viewH, "lines, set", KOVAMFCCoef, "clock", KOVAPLLClock);
         }
     }
-    std::string text = record.str();
-    constexpr std::size_t kEntry = std::string_view("590:0800 0000 0000 0000 0080").size();
-    for (std::size_t at = 0; (at = text.find("590:", at)) != std::string::npos;) {
-        const std::size_t end = at + kEntry;
-        at = text[end - 1] == '0' ? end : text.find_last_not_of(" \n", at - 1) + 1;
-        text.erase(at, end - at);
-    }
-    ExpectGolden("kova-scaler.txt", text);
+    ExpectGolden("kova-scaler.txt", record.str());
 }
 
 TEST_F(KovaWindows, CallersScalerTables) {
@@ -85,7 +77,6 @@ TEST_F(KovaWindows, CallersScalerTables) {
         tables[i][0] = {-1, static_cast<std::int16_t>(i + 1)};
         tables[i][63] = {3, -4};
     }
-    Note(KOVAAPI_SetMFCHYFilterCoef(&out, nullptr), "built in");
     for (const std::uint16_t lines : Words{2, 0}) { // shrinking: the caller's tables count horizontally only
         stKOVADstWIN.h = lines;
         Note(KOVAAPI_SetMFCHYFilterCoef(&out, tables.data()), "horizontally of", lines);
