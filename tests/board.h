@@ -40,17 +40,22 @@ void Quietly(Code code) {
     Capture(code);
 }
 
-/// Compares a text too long to stand in a test with the one recorded in tests/data. UPDATE_GOLDEN=1 records it.
-inline void ExpectGolden(const std::string& name, const std::string& text) {
-    const std::string path = std::string(KOVA_TEST_DATA "/") + name;
-    if (std::getenv("UPDATE_GOLDEN") != nullptr) {
-        std::ofstream(path, std::ios::binary) << text;
+/// A test with a log, which is compared with the file of the test's name in tests/data. UPDATE_GOLDEN=1 records it.
+class Recorded : public testing::Test {
+protected:
+    void TearDown() override {
+        const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+        const std::string path = std::string(KOVA_TEST_DATA "/") + test.test_suite_name() + '.' + test.name() + ".txt";
+        if (std::getenv("UPDATE_GOLDEN") != nullptr && !log.str().empty()) {
+            std::ofstream(path, std::ios::binary) << log.str();
+        }
+        std::ifstream file(path, std::ios::binary);
+        EXPECT_EQ(log.str(), std::string(std::istreambuf_iterator<char>(file), {})) << path;
     }
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(file), {})) << path;
-}
+    std::ostringstream log;
+};
 
-class Board : public testing::Test {
+class Board : public Recorded {
 protected:
     void SetUp() override {
         sim::Reset();
@@ -60,7 +65,10 @@ protected:
         ASSERT_GE(open_kova(), 0);
         sim::KeepJournal(true);
     }
-    void TearDown() override { close_kova(); }
+    void TearDown() override {
+        close_kova();
+        Recorded::TearDown();
+    }
 
     /// The journal since the last call, pauses included.
     static std::string Journal() { return sim::TakeJournal(); }
@@ -78,7 +86,8 @@ protected:
         Transfers();
         const std::string said = Capture(operation).err;
         const std::string transfers = Packed(with.empty() ? Transfers() : JournalWith(with));
-        log += "== " + name + "\n" + said + (said.empty() ? "" : "\n") + transfers + (transfers.empty() ? "" : "\n");
+        log << "== " << name << '\n'
+            << said << (said.empty() ? "" : "\n") << transfers << (transfers.empty() ? "" : "\n");
     }
     /// Transfers in short: the chip and r or w where they change from those before, one address for neighbouring
     /// registers, local updates as "u": "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u". Wrapped where that
@@ -105,8 +114,6 @@ protected:
         }
         return text;
     }
-    /// What happened in a test, to be compared with a recorded file.
-    std::string log;
 
 private:
     static std::string Filter(const std::string& text, bool keep) {

@@ -13,13 +13,12 @@ protected:
 
 // 1024 times the cosine, then the sine of -60 to 60 degrees; six entries stand one beside the rounding rule.
 TEST_F(KovaCsc, HueTurnsByUpToSixtyDegrees) {
-    record << std::dec;
+    log << std::dec;
     for (const auto& table : {KOVA_CscCosHue, KOVA_CscSinHue}) {
         for (std::size_t hue = 0; hue < table.size(); ++hue) {
-            record << table[hue] << (hue % 16 == 15 ? '\n' : ' ');
+            log << table[hue] << (hue % 16 == 15 ? '\n' : ' ');
         }
     }
-    ExpectGolden("kova-csc-hue.txt", record.str());
 }
 
 TEST_F(KovaCsc, SetsFollowBothRecords) {
@@ -39,7 +38,6 @@ TEST_F(KovaCsc, SetsFollowBothRecords) {
         EXPECT_EQ(src.pCscCoef, coef);
         EXPECT_EQ(out.pCscCoef, coef);
     }
-    ExpectGolden("kova-csc-sets.txt", record.str());
 }
 
 TEST_F(KovaCsc, PictureControlsAreFoldedIntoTheSet) {
@@ -65,7 +63,6 @@ TEST_F(KovaCsc, PictureControlsAreFoldedIntoTheSet) {
         }
         Note(0, "kept", out.offsetG, out.offsetB, out.offsetR, out.brightness, out.contrast, out.saturation, out.hue);
     }
-    ExpectGolden("kova-csc-controls.txt", record.str());
 }
 
 } // namespace

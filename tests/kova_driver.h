@@ -22,7 +22,7 @@ protected:
         stKOVADeint = {};
         KOVAMFCCoef = 0;
         KOVAPLLClock = 0;
-        record << std::hex;
+        log << std::hex;
     }
 
     /// Gives the registers from first to last the same value, so that a field's bits show.
@@ -35,13 +35,10 @@ protected:
     /// The writes since the last call in short.
     static std::string Packed() { return Board::Packed(Writes(), "kova w"); }
 
-    /// Adds a call to the record: the names and values given, its result if that is an error, what it wrote.
+    /// Adds a call to the log: the names and values given, in hexadecimal, its result if that is an error, what it wrote.
     template <typename... Name>
     void Note(std::uint8_t result, const Name&... name) {
-        ((record << +name << ' '), ...);
-        record << (result != 0 ? "error " + std::to_string(result) + ' ' : "") << Packed() << '\n';
+        ((log << +name << ' '), ...);
+        log << (result != 0 ? "error " + std::to_string(result) + ' ' : "") << Packed() << '\n';
     }
-
-    /// What happened in a test, number upon number in hexadecimal, to be compared with a recorded file.
-    std::ostringstream record;
 };

