@@ -1,10 +1,10 @@
 #pragma once
-// What every test stands on: the simulated board, powered on and open, in virtual time, and the transmitter driver with
-// its defaults.
+// What every test stands on: the simulated board, powered on and open, in virtual time, and the drivers of both chips,
+// the transmitter's with its defaults.
 
 #include "app/device.h"
 #include "hdmitx/hdmitx.h"
-#include "kova/formats.h"
+#include "kova/api.h"
 #include "sim/sim.h"
 
 #include <cstdio>
@@ -95,22 +95,23 @@ protected:
     static std::string Packed(const std::string& journal, std::string kind = "") {
         std::string text;
         std::size_t start = 0;
-        unsigned next = 0;
+        unsigned long next = 0;
         std::istringstream lines(journal);
-        for (std::string chip, rw, addr, value; lines >> chip >> rw >> addr && std::getline(lines, value);) {
-            const auto at = static_cast<unsigned>(std::stoul(addr, nullptr, 16));
-            const bool same = chip + ' ' + rw == kind;
-            if (same && at == next) {
-                text += value;
+        for (std::string line; std::getline(lines, line);) { // "kova w 0500 6c10"
+            const std::size_t at = line.find(' ') + 3, end = line.find(' ', at);
+            const unsigned long addr = std::stoul(line.substr(at), nullptr, 16);
+            const bool same = line.substr(0, at) == kind;
+            if (same && addr == next) {
+                text += line.substr(end);
             } else {
                 const bool full = text.size() - start > 110;
                 start = full ? text.size() : start;
                 text += full ? "\n    " : text.empty() ? "" : " ";
-                kind = chip + ' ' + rw;
-                text +=
-                    same && addr + value == "04c4 0001" ? "u" : (same ? "" : kind + ' ') + addr + ':' + value.substr(1);
+                kind = line.substr(0, at);
+                line[end] = ':';
+                text += same && line.ends_with("04c4:0001") ? "u" : line.substr(same ? at : 0);
             }
-            next = at + 1;
+            next = addr + 1;
         }
         return text;
     }

@@ -1,7 +1,6 @@
 // What a single failed request does, for every request that there is.
 
 #include "app/control_loop.h"
-#include "hdmitx/hdmitx.h"
 #include "tests/kova_driver.h"
 
 #include <algorithm>

@@ -1,5 +1,3 @@
-#include "hdmitx/hdmitx.h"
-#include "kova/api.h"
 #include "tests/board.h"
 
 namespace {

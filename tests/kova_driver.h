@@ -1,11 +1,10 @@
 #pragma once
 // What the tests of the video processor driver's topics stand on: the board, and the driver as at program start.
 
-#include "kova/api.h"
 #include "kova/state.h"
 #include "tests/board.h"
 
-#include <sstream>
+#include <tuple>
 #include <vector>
 
 using Words = std::vector<std::uint16_t>;
@@ -33,7 +32,8 @@ protected:
     }
 
     /// The writes since the last call in short.
-    static std::string Packed() { return Board::Packed(Writes(), "kova w"); }
+    static std::string Packed() { return Packed(Writes(), "kova w "); }
+    using Board::Packed;
 
     /// Adds a call to the log: the names and values given, in hexadecimal, its result if that is an error, what it wrote.
     template <typename... Name>

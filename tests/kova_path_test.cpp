@@ -1,10 +1,7 @@
 // The video path update and the start-up sequence as a whole. The sessions have every transfer of that.
 
 #include "edid/EDIDParse.h"
-#include "hdmitx/hdmitx.h"
 #include "tests/kova_driver.h"
-
-#include <tuple>
 
 namespace {
 

@@ -1,7 +1,5 @@
 #include "tests/kova_driver.h"
 
-#include <tuple>
-
 namespace {
 
 class KovaPorts : public KovaDriver {

@@ -1,5 +1,4 @@
 #include "hdmitx/vmtables.h"
-#include "kova/formats.h"
 #include "tests/board.h"
 
 namespace {
