@@ -1,6 +1,6 @@
 #pragma once
-// What every test stands on: the simulated board, powered on and open, in virtual time, and the drivers of both chips,
-// the transmitter's with its defaults.
+// What the tests stand on: the drivers of both chips, the transmitter's with its defaults, and the simulated board,
+// powered on and open, in virtual time.
 
 #include "app/device.h"
 #include "hdmitx/hdmitx.h"
@@ -46,7 +46,7 @@ protected:
     void TearDown() override {
         const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
         const std::string path = std::string(KOVA_TEST_DATA "/") + test.test_suite_name() + '.' + test.name() + ".txt";
-        if (std::getenv("UPDATE_GOLDEN") != nullptr && !log.str().empty()) {
+        if (std::getenv("UPDATE_GOLDEN") != nullptr && !log.str().empty() && !HasFailure()) {
             std::ofstream(path, std::ios::binary) << log.str();
         }
         std::ifstream file(path, std::ios::binary);
@@ -89,9 +89,9 @@ protected:
         log << "== " << name << '\n'
             << said << (said.empty() ? "" : "\n") << transfers << (transfers.empty() ? "" : "\n");
     }
-    /// Transfers in short: the chip and r or w where they change from those before, one address for neighbouring
-    /// registers, local updates as "u": "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u". Wrapped where that
-    /// gets long.
+    /// Transfers in short: their kind where it changes from the one before, or from that given, one address for
+    /// neighbouring registers, local updates as "u": "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u".
+    /// Wrapped where that gets long.
     static std::string Packed(const std::string& journal, std::string kind = "") {
         std::string text;
         std::size_t start = 0;

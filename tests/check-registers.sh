@@ -10,23 +10,27 @@ shift 2
 emulator=$*
 preload='LD_PRELOAD=$ORIGIN/libkova-sim.so' # $ORIGIN: the console's folder
 [ $# -eq 0 ] || preload="QEMU_SET_ENV=$preload"
+unset KOVA_SIM_EDID KOVA_SIM_SCRIPT
 folder=$(mktemp -d) || exit 1
 trap 'rm -rf "$folder"' EXIT
 
 # ---- Values ----
 
-# What init writes last to each register when the video processor's all held this before: "ones_kova_2e=0x0010".
+# What init writes last to each register when those of the video processor all hold a value: "ones_kova_2e=0x0010".
 after_init() {
     awk -v held="$2" 'BEGIN { for (a = 16; a < 1536; ++a) printf "w kova %x %s\n", a, held; print "init" }' |
-        env "$preload" KOVA_SIM_SPEED=1000 KOVA_SIM_JOURNAL=- $emulator "$console" 2>&1 |
-        sed -n '/\[init\]/,$ s/.* \(kova\|hdmi.\) w 0*\([^ ]*\) \([^ ]*\)$/'"$1"'_\1_\2=0x\3/p'
+        (export "$preload" KOVA_SIM_SPEED=1000 KOVA_SIM_JOURNAL=- && exec $emulator "$console") 2>&1 |
+        sed -n '/\[init\]/,$ s/.* \(kova\|hdmi.\) w 0*\([^ ]\{1,\}\) \([^ ]*\)$/'"$1"'_\1_\2=0x\3/p'
 }
-after_init zeros 0 >"$folder/zeros" && . "$folder/zeros"
-after_init ones ffff >"$folder/ones" && . "$folder/ones"
+after_init zeros 0 >"$folder/zeros"
+after_init ones ffff >"$folder/ones"
+. "$folder/zeros"
+. "$folder/ones"
 
-# The map's rows, "| 0x422..0x425 | 15..12 | names | meaning | functions | value |", after a line that names the chip. The
-# bits that come out alike, whether all were 0 or 1 before, are those that init writes.
+# The map's rows, "| 0x422..0x425 | 15..12 | names | meaning | functions | value |", after a line that names the chip.
+# The bits that come out alike, whether all were 0 or 1 before, are those that init writes.
 sed -n 's/^## .*`\(.*\)`$/\1/p; /^| 0x/p' docs/registers.md >"$folder/rows"
+: >"$folder/fields"
 while IFS='|' read -r start address bits _ _ _ value; do
     [ -n "$address" ] || { chip=$start && continue; }
     case $chip$bits in "kova all ") bits=15..0 ;; *" all ") bits=7..0 ;; esac
@@ -58,5 +62,5 @@ tr -cs '[:alnum:]_:' '\n' <"$folder/code" | sed 's/^KOVAAPI_//' >"$folder/words"
 cut -d '|' -f 4,6 "$folder/rows" | grep -o '`[^`]*`' | tr -d '`' | lacks code words
 grep -o '`[^` ]*`' docs/registers.md | tr -d '`' >"$folder/map"
 sed -n 's/^\(std::uint\|void\)[^(]* \([^ (]*\)(.*/\2/p' "$folder/headers" | sed 's/^KOVAAPI_//' | lacks map map
-tr -d ' ' <"$folder/code" | grep -o '{0x[0-9A-F]\{3\},[^}]*}' | lacks map fields
+tr -d ' \n' <"$folder/code" | grep -o '{0x[^,]\{3\},[^}]*}' | lacks map fields
 ! grep . "$folder/wrong"

@@ -20,7 +20,8 @@ protected:
         sim::FailRequests(failing, failing != 0 ? 1 : 0);
         const std::string out = Capture(code).out, transfers = Transfers();
         const std::size_t end = transfers.find(" failed");
-        failed = end == std::string::npos ? "" : transfers.substr(transfers.rfind('\n', end) + 1, 13);
+        const std::size_t start = transfers.rfind('\n', end) + 1;
+        failed = end == std::string::npos ? "" : transfers.substr(start, end - start);
         EXPECT_EQ(out.find(" error ") != std::string::npos, failing != 0) << failed;
         EXPECT_EQ(out.find(" error "), out.rfind(" error ")) << failed;
         return static_cast<std::uint32_t>(std::ranges::count(transfers, '\n'));

@@ -35,7 +35,7 @@ protected:
     static std::string Packed() { return Packed(Writes(), "kova w "); }
     using Board::Packed;
 
-    /// Adds a call to the log: the names and values given, in hexadecimal, its result if that is an error, what it wrote.
+    /// Adds a call to the log: the names and values given, in hexadecimal, its result if an error, what it wrote.
     template <typename... Name>
     void Note(std::uint8_t result, const Name&... name) {
         ((log << +name << ' '), ...);

@@ -27,7 +27,7 @@ static_assert(VIDSRC_720x576i50 == 1 && VIDSRC_1280x720p60 == 4 && VIDSRC_1920x1
               && VIDSRC_1280x1024p60 == 11);
 
 // Every mode twice, every format, each option alone or none, into empty registers and full ones.
-TEST_F(KovaPorts, ModesAndFormatsFillTheRecordAndTheChip) {
+TEST_F(KovaPorts, InputModesAndFormatsFillTheRecordAndTheChip) {
     for (unsigned i = 0; i < 2 * kSrcModes; ++i) {
         const auto mode = static_cast<std::uint8_t>(i % kSrcModes), frmt = static_cast<std::uint8_t>(i % VIDSRC_COUNT);
         const unsigned option = (i + i / kSrcModes) % 5;
@@ -84,7 +84,7 @@ TEST_F(KovaPorts, EverythingOfAnInterlacedYCbCrOutput) {
 
 // A multiplexed output narrower than 1024 pixels runs at twice the pixel clock: every mode of a narrow one, of one that
 // is not, and of an interlaced one. Of the sync words those that differ from mode 0's.
-TEST_F(KovaPorts, ModesAndFormatsFillTheRecord) {
+TEST_F(KovaPorts, OutputModesAndFormatsFillTheRecord) {
     for (std::uint8_t frmt = 0; frmt < VIDOUT_COUNT; ++frmt) {
         SyncTiming sync{};
         const bool every = frmt == VIDOUT_720x480i60 || frmt == VIDOUT_1024x768p60 || frmt == VIDOUT_1920x1080i60;

@@ -30,7 +30,7 @@ TEST_F(KovaStatus, StatusAndMeasurements) {
         log << name << ": lines " << Lines() << '\n' << Packed(Transfers()) << '\n';
     }
     sim::KovaRegister(0x4C0) = 0;
-    for (const unsigned result : {0x8106, 0x0106, 0x8FFF, 0xFFFF, 0xFFFE}) { // counts when it is valid
+    for (const unsigned result : {0x8106, 0x0106, 0x8FFF, 0xFFFF, 0xFFFE}) { // a result counts when it is valid
         const auto field = std::uint16_t(result);
         sim::SetVideoInput({.hFrequency = field, .linesField1 = field, .linesField2 = 0xF001});
         log << result << ": frequency " << HFrequency() << ", lines " << Lines();

@@ -1,5 +1,4 @@
 #include "edid/MDDC.h"
-#include "hdmitx/hdmitx_i2c.h"
 #include "tests/board.h"
 
 namespace {

@@ -23,7 +23,8 @@ folder=$(mktemp -d) || exit 1
 trap 'rm -rf "$folder"' EXIT
 mkdir "$folder/here" && ln -s "$docs" "$folder/here/docs" || exit 1
 PATH=$folder:$PATH
-printf '#!/bin/sh\nKOVA_SIM_SPEED="${KOVA_SIM_SPEED-1000}" exec env "$PRELOAD" $EMULATOR "$CONSOLE"\n' >"$folder/here/run"
+printf '#!/bin/sh\n%s\n' 'export "$PRELOAD" KOVA_SIM_SPEED="${KOVA_SIM_SPEED-1000}"' 'exec $EMULATOR "$CONSOLE"' \
+    >"$folder/here/run"
 printf '#!/bin/sh\nexec $EMULATOR "$CONSOLE"\n' >"$folder/kova-console"
 chmod +x "$folder/here/run" "$folder/kova-console"
 

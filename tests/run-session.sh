@@ -52,9 +52,8 @@ fi
 # $ORIGIN: the console's folder, whatever characters it holds; only the emulated program may get it.
 preload='LD_PRELOAD=$ORIGIN/libkova-sim.so'
 [ $# -eq 0 ] || preload="QEMU_SET_ENV=$preload"
-[ -n "${NO_BOARD:-}" ] || set -- env "$preload" "$@"
 exec <"$input"
-"$@" "$console" ${ARGUMENTS:-} >"$shown" 2>&1
+([ -n "${NO_BOARD:-}" ] || export "$preload" && exec "$@" "$console" ${ARGUMENTS:-}) >"$shown" 2>&1
 status=$?
 cat >>"$shown"
 echo "[exit status $status]" >>"$shown"

@@ -29,15 +29,16 @@ namespace {
 class SimSetUp : public Recorded {
 protected:
     void SetUp() override {
-        std::string name = testing::TempDir() + "kova-sim-XXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        std::filesystem::current_path(name);
+        ASSERT_NE(mkdtemp(folder.data()), nullptr);
+        std::filesystem::current_path(folder);
         ClearEnvironment();
     }
     void TearDown() override {
-        std::filesystem::remove_all(std::filesystem::current_path());
+        std::filesystem::remove_all(folder);
         Recorded::TearDown();
     }
+
+    std::string folder = testing::TempDir() + "kova-sim-XXXXXX";
 
     static void ClearEnvironment() {
         for (const char* name : {"KOVA_SIM_EDID", "KOVA_SIM_SPEED", "KOVA_SIM_SCRIPT", "KOVA_SIM_JOURNAL"}) {
@@ -52,8 +53,9 @@ protected:
         EXPECT_EQ(said.empty(), good);
         return said;
     }
-    /// The same with this variable.
+    /// The same with this variable alone.
     static std::string With(const char* name, const std::string& value) {
+        ClearEnvironment();
         setenv(name, value.c_str(), 1);
         return SetUpBoard();
     }
@@ -143,10 +145,8 @@ TEST_F(SimSetUp, WhatIsWrongIsNamed) {
                                       {"KOVA_SIM_SPEED", "nan"},
                                       {"KOVA_SIM_SPEED", "1x"},
                                       {"KOVA_SIM_SPEED", "0"}}) {
-        ClearEnvironment();
         log << With(name, value); // speed 0: there is no script
     }
-    ClearEnvironment();
     for (const std::size_t size : {0U, 127U, 129U, 257U * 128}) {
         std::ofstream("monitor") << std::string(size, 'x');
         log << With("KOVA_SIM_EDID", "monitor");
