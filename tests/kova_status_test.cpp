@@ -30,11 +30,10 @@ TEST_F(KovaStatus, StatusAndMeasurements) {
         log << name << ": lines " << Lines() << '\n' << Packed(Transfers()) << '\n';
     }
     sim::KovaRegister(0x4C0) = 0;
-    for (const unsigned result : {0x8106, 0x0106, 0x8FFF, 0xFFFF, 0xFFFE}) { // a result counts when it is valid
-        const auto field = std::uint16_t(result);
-        sim::SetVideoInput({.hFrequency = field, .linesField1 = field, .linesField2 = 0xF001});
+    for (const std::uint16_t result : Words{0x8106, 0x0106, 0x8FFF, 0xFFFF, 0xFFFE}) { // it counts when it is valid
+        sim::SetVideoInput({.hFrequency = result, .linesField1 = result, .linesField2 = 0xF001});
         log << result << ": frequency " << HFrequency() << ", lines " << Lines();
-        sim::SetVideoInput({.linesField1 = 0x8106, .linesField2 = field});
+        sim::SetVideoInput({.linesField1 = 0x8106, .linesField2 = result});
         log << ", of the second field " << Lines() << '\n';
     }
 }
