@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdio>
 
+using namespace edid;
+
 std::uint8_t gbExtensionBlockExist = 0;
 std::uint8_t gbNativeVIC = 0;
 std::uint8_t CEAOnFisrtPage = 0;

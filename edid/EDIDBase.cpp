@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+using namespace edid;
+
 namespace {
 
 constexpr unsigned kHeaderOffset = 0;

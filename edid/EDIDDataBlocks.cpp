@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdio>
 
+using namespace edid;
+
 std::uint8_t gbNativeVICtemp = 0;
 std::array<std::uint8_t, 30> EdidVFmts{};
 std::uint8_t EdidVFmtsCount = 0;

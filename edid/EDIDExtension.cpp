@@ -5,6 +5,8 @@
 
 #include <cstdio>
 
+using namespace edid;
+
 std::uint8_t gbVendorSpecificBlockExist = 0;
 std::uint16_t gwCECPhysicalAddr = 0;
 std::uint8_t gbMonCap = 0;

@@ -25,11 +25,17 @@ extern std::uint8_t EdidVFmtsCount;
 
 // ---- Reading ----
 
+namespace edid {
+
 /// Size of a detailed timing or monitor descriptor (E-EDID).
 inline constexpr unsigned kDescriptorSize = 18;
 
 // Buffers start at zero: a transfer that times out may report success and leave its buffer as it was. Then two parses
 // say the same, and no byte of an earlier read is taken for a new one.
+
+/// Selects a segment of the EDID, for the requests that follow: 0xEE. TmpD.segment keeps step: it is the segment that
+/// the chip was told last.
+void SelectSegment(std::uint8_t segment);
 
 /// Reads bytes of the current segment without feeding them to the check value. An address beyond the segment wraps.
 inline std::uint8_t ReadEDID(unsigned address, std::span<std::uint8_t> bytes) {
@@ -47,6 +53,8 @@ inline std::uint8_t ReadAndFeedEDID(unsigned address, std::span<std::uint8_t> by
 
 /// Whether the parse ends here: a transfer failed, or the EDID was found wanting.
 constexpr bool Ends(std::uint8_t result, std::uint8_t err) { return result != 0 || err != 0; }
+
+} // namespace edid
 
 // ---- Base block: EDIDBase.cpp ----
 
@@ -71,6 +79,8 @@ std::uint8_t CheckCRCof2ndEDIDBlock(std::uint8_t* err, std::uint16_t* crc);
 
 // ---- Timings: EDIDTimings.cpp ----
 
+namespace edid {
+
 /// What tells a format from another: totals in pixels and lines (of a field when interlaced), front porch in pixels.
 struct NativeTiming {
     std::uint16_t hTotal, vTotal, hFrontPorch;
@@ -78,6 +88,12 @@ struct NativeTiming {
 
 /// SearchNativeFormat's answer when no format matches.
 inline constexpr std::uint8_t kNoNativeFormat = 24;
+
+/// Reads and reports bytes 2 to 17 of the detailed timing at an address.
+/// @param timing  receives what identifies the format
+std::uint8_t ParseDetailedTiming(unsigned address, NativeTiming* timing, std::uint16_t* crc);
+
+} // namespace edid
 
 /// Reports the timings of block 0 and sets gbNativeVIC and OutVideoMode for a DVI sink.
 std::uint8_t ParseTimingDescriptors(std::uint16_t* crc);
@@ -97,12 +113,8 @@ void ParsingDetailedTDPart1(std::span<const std::uint8_t, 6> bytes);
 void ParsingDetailedTDPart2(std::span<const std::uint8_t, 4> bytes);
 void ParsingDetailedTDPart3(std::span<const std::uint8_t, 6> bytes);
 
-/// Reads and reports bytes 2 to 17 of the detailed timing at an address.
-/// @param timing  receives what identifies the format
-std::uint8_t ParseDetailedTiming(unsigned address, NativeTiming* timing, std::uint16_t* crc);
-
 /// @return the output format (OutVideoFormat) with this timing, each number within 1; kNoNativeFormat for none
-std::uint8_t SearchNativeFormat(const NativeTiming& timing);
+std::uint8_t SearchNativeFormat(const edid::NativeTiming& timing);
 
 // ---- Extension blocks: EDIDExtension.cpp ----
 
@@ -138,6 +150,8 @@ std::uint8_t ParseCEADetailedTimingDescriptors(std::uint16_t* crc);
 
 // ---- Data blocks: EDIDDataBlocks.cpp ----
 
+namespace edid {
+
 /// Code and payload length in the header of a data block (CEA-861).
 constexpr std::uint8_t DataBlockCode(std::uint8_t header) { return header & 0xE0; }
 constexpr std::uint8_t DataBlockLength(std::uint8_t header) { return header & 0x1F; }
@@ -146,6 +160,8 @@ inline constexpr std::uint8_t kAudioBlock = 0x20;
 inline constexpr std::uint8_t kVideoBlock = 0x40;
 inline constexpr std::uint8_t kVendorSpecificBlock = 0x60;
 inline constexpr std::uint8_t kSpeakerBlock = 0x80;
+
+} // namespace edid
 
 /// Replaces the offset of a data block by its header byte. After a failed read the offset is untouched.
 std::uint8_t GetCEA861BBlockTag(std::uint16_t* crc, std::uint8_t* offset);
@@ -171,6 +187,8 @@ void ParsingShortAudioDescriptor(std::span<const std::uint8_t, 3> bytes);
 // length of 31 makes, though its tag byte said 0. Detailed timings start at 1 or later, 18 bytes apart, and the last
 // one read is the first above 108: seven, of four reads each.
 
+namespace edid {
+
 inline constexpr unsigned kBlockReads = 128 / 8;
 inline constexpr unsigned kBaseBlockReads = 1 + kBlockReads + 1 + 1; // header, checksum, version, extension count
 inline constexpr unsigned kMostDataBlocks = 255 - 4;
@@ -180,3 +198,5 @@ inline constexpr unsigned kMostCEAReads = 1 + (1 + kMostDataBlocks * kMostDataBl
 inline constexpr unsigned kMostEDIDReads =
     kBaseBlockReads + (kBlockReads + 1) + 256 + kBlockReads + kMostSignatureReads + kMostCEAReads + kBlockReads;
 static_assert(kMostEDIDReads == 3872);
+
+} // namespace edid

@@ -5,6 +5,8 @@
 
 #include <cstdio>
 
+using namespace edid;
+
 namespace {
 
 constexpr unsigned kEstablishedOffset = 35;
@@ -180,7 +182,7 @@ void ParsingDetailedTDPart3(std::span<const std::uint8_t, 6> bytes) {
     std::fputs((flags & 0x10) != 0 ? "  Digital" : "  Analog", stderr);
 }
 
-std::uint8_t ParseDetailedTiming(unsigned address, NativeTiming* timing, std::uint16_t* crc) {
+std::uint8_t edid::ParseDetailedTiming(unsigned address, NativeTiming* timing, std::uint16_t* crc) {
     std::array<std::uint8_t, 6> part1{};
     if (const std::uint8_t result = ReadAndFeedEDID(address + 2, part1, crc); result != 0) {
         return result;

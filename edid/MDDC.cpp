@@ -1,5 +1,6 @@
 #include "edid/MDDC.h"
 
+#include "edid/EDIDParse.h"
 #include "hdmitx/hdmitx_i2c.h"
 
 #include <array>
@@ -65,6 +66,12 @@ std::uint8_t Finish(bool completed) {
     return state;
 }
 
+// Forgets the caller's buffer after a transfer, since the buffer may not outlive the call.
+std::uint8_t ReleaseBuffer(std::uint8_t result) {
+    TmpD.data = nullptr;
+    return result;
+}
+
 } // namespace
 
 std::uint8_t BlockWriteHDMITXP0(std::uint8_t reg, std::uint8_t count, const std::uint8_t* data) {
@@ -110,10 +117,14 @@ std::uint8_t BlockWrite_MDDC(MDDCRequest* request) {
     return Finish(Completes(*request));
 }
 
+namespace edid {
+
 void SelectSegment(std::uint8_t segment) {
     HDTX_RegWrite(HDTX_SLV0, kSegment, segment);
     TmpD.segment = segment;
 }
+
+} // namespace edid
 
 std::uint8_t BlockReadEDID(std::uint8_t count, std::uint8_t offset, std::uint8_t* buffer) {
     const std::uint8_t segment = HDTX_RegRead(HDTX_SLV0, kSegment);
@@ -126,7 +137,7 @@ std::uint8_t BlockReadEDID(std::uint8_t count, std::uint8_t offset, std::uint8_t
             // Monitors without segments need not know the segment pointer, so segment 0 goes without it.
             .command = segment != 0 ? kReadSegment : kRead,
             .data = buffer};
-    return BlockRead_MDDC(&TmpD);
+    return ReleaseBuffer(BlockRead_MDDC(&TmpD));
 }
 
 std::uint8_t BlockWriteEDID(std::uint8_t count, std::uint8_t offset, std::uint8_t* buffer) {
@@ -138,5 +149,5 @@ std::uint8_t BlockWriteEDID(std::uint8_t count, std::uint8_t offset, std::uint8_
             .status = 0,
             .command = kWrite,
             .data = buffer};
-    return BlockWrite_MDDC(&TmpD);
+    return ReleaseBuffer(BlockWrite_MDDC(&TmpD));
 }

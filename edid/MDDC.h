@@ -23,7 +23,7 @@ struct MDDCRequest {
     std::uint8_t countHigh; ///< for the chip only; the transfer routines count by countLow
     std::uint8_t status;    ///< 0
     std::uint8_t command;
-    std::uint8_t* data; ///< the caller's bytes to send, or room for those to receive
+    std::uint8_t* data; ///< the caller's bytes to send, or room for those to receive; null once they are transferred
 };
 
 /// The request of the EDID transfer in hand: one at a time.
@@ -47,10 +47,6 @@ std::uint8_t BlockRead_MDDC(MDDCRequest* request);
 
 /// Carries out a write. Aborts and result as BlockRead_MDDC.
 std::uint8_t BlockWrite_MDDC(MDDCRequest* request);
-
-/// Selects a segment of the EDID, for the requests that follow: 0xEE. TmpD.segment keeps step: it is the segment that
-/// the chip was told last.
-void SelectSegment(std::uint8_t segment);
 
 /// Reads count bytes of the EDID from an offset within the segment that 0x72:0xEE selects.
 /// @return the transfer result

@@ -2,7 +2,7 @@
 // The sink capability reader: reads the monitor's EDID over the transmitter's DDC master, reports what it finds on
 // standard error and leaves the results below. For one thread alone, the one that runs the transmitter's handlers.
 
-#include "edid/MDDC.h" // DDC transfers, reading of raw EDID bytes
+#include "MDDC.h" // DDC transfers, reading of raw EDID bytes
 
 #include <cstdint>
 

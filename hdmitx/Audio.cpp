@@ -11,6 +11,8 @@
 #include <cstddef>
 #include <cstdio>
 
+using namespace hdmitx;
+
 namespace {
 
 // Page 1

@@ -3,10 +3,13 @@
 #include "hdmitx/hdmitx.h"
 
 #include "hdmitx/bits.h"
+#include "hdmitx/vmode.h"
 #include "kova/api.h"
 
 #include <cstdio>
 #include <span>
+
+using namespace hdmitx;
 
 std::array<std::uint8_t, 13> DefaultAVIInfoFrame{0x41, 0xA8, 0x03, 0x04};
 std::array<std::uint8_t, 10> DefaultAUDInfoFrame{};

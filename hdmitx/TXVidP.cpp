@@ -4,10 +4,13 @@
 
 #include "hdmitx/bits.h"
 #include "hdmitx/registers.h"
+#include "hdmitx/vmode.h"
 #include "kova/api.h"
 
 #include <array>
 #include <cstdio>
+
+using namespace hdmitx;
 
 namespace {
 
@@ -87,6 +90,6 @@ void ConfigTXVideoMode() {
     HDTX_RegWrite(HDTX_SLV0, kVideoMode, value);
     Report(value);
     if ((value & kColourConversion) != 0) {
-        WriteBits(HDTX_SLV0, kInputClock, kHdColorimetry, IsHdSrcFormat(SrcVideoFrmt));
+        WriteBits(HDTX_SLV0, kInputClock, kHdColorimetry, kova::IsHdSrcFormat(SrcVideoFrmt));
     }
 }

@@ -3,6 +3,8 @@
 
 #include "hdmitx/hdmitx_i2c.h"
 
+namespace hdmitx {
+
 /// Sets or clears bits of one register: reads it, writes it back, and keeps every other bit.
 inline void WriteBits(std::uint8_t page, std::uint8_t reg, std::uint8_t bits, bool on) {
     const unsigned old = HDTX_RegRead(page, reg);
@@ -13,3 +15,5 @@ inline void WriteBits(std::uint8_t page, std::uint8_t reg, std::uint8_t bits, bo
 inline bool AnyBit(std::uint8_t page, std::uint8_t reg, std::uint8_t bits) {
     return (HDTX_RegRead(page, reg) & bits) != 0;
 }
+
+} // namespace hdmitx

@@ -4,9 +4,12 @@
 
 #include "hdmitx/bits.h"
 #include "hdmitx/presets.h"
+#include "hdmitx/vmode.h"
 #include "kova/api.h"
 
 #include <cstdio>
+
+using namespace hdmitx;
 
 namespace {
 

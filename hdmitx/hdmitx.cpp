@@ -7,6 +7,8 @@
 
 #include <cstdio>
 
+using namespace hdmitx;
+
 std::uint8_t Default656OutEn = 0;
 std::uint8_t DefaultDataEnable = 0;
 std::uint8_t DefaultICLKValue = 0;
@@ -68,7 +70,7 @@ void InitHDMITXVariable() {
     DefaultICLKValue = 0;
     DefaultDVImode = 0;
     DefaultICLKEDGE = 1;
-    DefaultActiveAspect = IsHdOutFormat(OutVideoFrmt) ? 2 : 0;
+    DefaultActiveAspect = kova::IsHdOutFormat(OutVideoFrmt) ? 2 : 0;
     DefaultMCLKIndex = 1;
     DefaultAudioConfig = {0x10, 2, 2, 0x0B, 8};
 }

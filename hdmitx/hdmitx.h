@@ -1,8 +1,8 @@
 #pragma once
 // The HDMI transmitter driver: everything a caller may use, grouped by topic.
 
-#include "hdmitx/hdmitx_i2c.h" // register access
-#include "hdmitx/vmtables.h"   // video timings
+#include "hdmitx_i2c.h" // register access
+#include "vmtables.h"   // video timings
 
 #include <array>
 #include <cstdint>

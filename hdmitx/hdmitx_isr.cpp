@@ -7,6 +7,8 @@
 
 #include <cstdio>
 
+using namespace hdmitx;
+
 namespace {
 
 // Page 0

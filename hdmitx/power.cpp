@@ -3,6 +3,8 @@
 #include "hdmitx/bits.h"
 #include "hdmitx/registers.h"
 
+using namespace hdmitx;
+
 namespace {
 
 // Page 0

@@ -6,6 +6,8 @@
 #include <array>
 #include <span>
 
+namespace hdmitx {
+
 /// One register of a list: written, or read back, in the list's order.
 struct TxSetting {
     std::uint8_t page, reg, value;
@@ -37,3 +39,5 @@ inline void WriteTxSettings(std::span<const TxSetting> settings) {
         HDTX_RegWrite(setting.page, setting.reg, setting.value);
     }
 }
+
+} // namespace hdmitx

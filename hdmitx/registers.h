@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace hdmitx {
+
 // ---- Page 0 ----
 
 inline constexpr std::uint8_t kInputClock = 0x48;       // bits 7..2: clock setting, bit 4: HD colour conversion
@@ -13,3 +15,5 @@ inline constexpr std::uint8_t kAudioInputEvents = 0x18; // in kInterruptStatus: 
 
 inline constexpr std::uint8_t kAudioInput = 0x14;      // bit 0: on, bit 1: S/PDIF, bits 7..4: I2S inputs
 inline constexpr std::uint8_t kChannelStatusFs = 0x21; // IEC 60958-3 sampling-frequency code
+
+} // namespace hdmitx

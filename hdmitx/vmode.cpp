@@ -1,4 +1,4 @@
-#include "hdmitx/vmtables.h"
+#include "hdmitx/vmode.h"
 
 namespace {
 
@@ -30,6 +30,6 @@ constexpr std::uint8_t kNoTiming = 78;
 
 std::uint8_t KovaFrmt2VMIndex(std::uint8_t frmt) { return frmt < kRowOfFormat.size() ? kRowOfFormat[frmt] : kNoTiming; }
 
-const VModeRow& VModeRowAt(std::uint8_t row) { return VModeTables[row < VModeTables.size() ? row : kNoTiming]; }
+const VModeRow& hdmitx::VModeRowAt(std::uint8_t row) { return VModeTables[row < VModeTables.size() ? row : kNoTiming]; }
 
-std::uint16_t GetPixelClock(std::uint8_t row) { return VModeRowAt(row).PixClk; }
+std::uint16_t GetPixelClock(std::uint8_t row) { return hdmitx::VModeRowAt(row).PixClk; }

@@ -46,9 +46,3 @@ std::uint8_t KovaFrmt2VMIndex(std::uint8_t frmt);
 
 /// @param row  below 82   @return the row's pixel clock in 10 kHz; 0 outside the table
 std::uint16_t GetPixelClock(std::uint8_t row);
-
-/// @return the row of VModeTables; outside the table one that is all zero
-const VModeRow& VModeRowAt(std::uint8_t row);
-
-/// Whether the row is a TV timing: overscanned, with the narrow data range. Row 0, 640x480, counts as a PC timing.
-constexpr bool IsCeaRow(std::uint8_t row) { return row >= 1 && row <= 27; }

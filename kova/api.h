@@ -6,18 +6,18 @@
 #error "kova/api.h is C++20: compile with -std=c++20 or later"
 #endif
 
-#include "app/device.h"         // the device node
-#include "kova/csc.h"           // colour conversion, picture controls
-#include "kova/deinterlacer.h"  // deinterlacer
-#include "kova/filters.h"       // picture enhancement
-#include "kova/formats.h"       // what enters the chip and what leaves it: records, formats, modes
-#include "kova/input_port.h"    // the input ports
-#include "kova/irq.h"           // interrupt status and enables
-#include "kova/mainapp.h"       // the start-up sequence
-#include "kova/memory.h"        // frame memory
-#include "kova/output_port.h"   // output timing, DAC, clocks, pins
-#include "kova/regs.h"          // result codes, register access
-#include "kova/scaler.h"        // scaler filters
-#include "kova/status.h"        // status, measurement, test patterns, display
-#include "kova/video_process.h" // the video path update
-#include "kova/windows.h"       // windows
+#include "../app/device.h" // the device node
+#include "csc.h"           // colour conversion, picture controls
+#include "deinterlacer.h"  // deinterlacer
+#include "filters.h"       // picture enhancement
+#include "formats.h"       // what enters the chip and what leaves it: records, formats, modes
+#include "input_port.h"    // the input ports
+#include "irq.h"           // interrupt status and enables
+#include "mainapp.h"       // the start-up sequence
+#include "memory.h"        // frame memory
+#include "output_port.h"   // output timing, DAC, clocks, pins
+#include "regs.h"          // result codes, register access
+#include "scaler.h"        // scaler filters
+#include "status.h"        // status, measurement, test patterns, display
+#include "video_process.h" // the video path update
+#include "windows.h"       // windows

@@ -5,7 +5,7 @@
 // Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. Every write ends with a local
 // register update.
 
-#include "kova/formats.h"
+#include "formats.h"
 
 #include <array>
 #include <cstdint>

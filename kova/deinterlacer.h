@@ -6,7 +6,7 @@
 // register update. A switch is on for any non-zero value; bits of a value above its range are dropped on the way to the
 // chip.
 
-#include "kova/formats.h"
+#include "formats.h"
 
 #include <cstdint>
 

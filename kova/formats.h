@@ -69,9 +69,13 @@ enum OutVideoFormat : std::uint8_t {
     VIDOUT_COUNT
 };
 
+namespace kova {
+
 /// High-definition formats carry ITU-R BT.709 colours.
 constexpr bool IsHdSrcFormat(unsigned frmt) { return frmt >= VIDSRC_1280x720p60 && frmt <= VIDSRC_1920x1080i50; }
 constexpr bool IsHdOutFormat(unsigned frmt) { return frmt >= VIDOUT_1280x720p60 && frmt <= VIDOUT_1920x1080p50; }
+
+} // namespace kova
 
 // ---- Attributes ----
 
@@ -117,18 +121,22 @@ struct VideoWindow {
     bool operator==(const VideoWindow&) const = default;
 };
 
-/// Whether a caller's window is to be used: it has a width and a height.
-constexpr bool IsInUse(const VideoWindow& win) { return win.w != 0 && win.h != 0; }
-
 /// A clock delay. Fine must be below 4, as coarse begins above its two bits.
 struct ClockDelay {
     std::uint8_t coarse{}, fine{};
 };
 
+namespace kova {
+
+/// Whether a caller's window is to be used: it has a width and a height.
+constexpr bool IsInUse(const VideoWindow& win) { return win.w != 0 && win.h != 0; }
+
 /// The value that goes to the chip.
 constexpr std::uint16_t DelayValue(const ClockDelay& delay) {
     return static_cast<std::uint16_t>(delay.coarse * 4 | delay.fine);
 }
+
+} // namespace kova
 
 /// Frame memory configuration.
 struct MemoryConfig {

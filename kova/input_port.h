@@ -5,7 +5,7 @@
 // for each port side by side; the record's flags say which of them a setter writes, so the single setters come after
 // KOVAAPI_SetSrcPortMode. A switch is on for any non-zero value.
 
-#include "kova/formats.h"
+#include "formats.h"
 
 #include <cstdint>
 

@@ -105,10 +105,10 @@ void SwitchOutputsOn() {
 
 // Reading back shows on the console what the transmitter took: every transfer leaves its trace line.
 std::uint8_t StartTransmitter() {
-    WriteTxSettings(kTxNormalSetup);
+    hdmitx::WriteTxSettings(hdmitx::kTxNormalSetup);
     std::fputs("\n$$$$$$$$$$$$$$ HDMI Read Teset $$$$$$$$$$\n\n", stdout);
     std::uint8_t last = 0;
-    for (const TxSetting& row : kTxNormalSetup) {
+    for (const hdmitx::TxSetting& row : hdmitx::kTxNormalSetup) {
         last = HDTX_RegRead(row.page, row.reg);
     }
     return last;

@@ -2,7 +2,7 @@
 // The frame memory between input and output. These functions return KOVA_NO_ERROR, also where a transfer failed: see
 // regs.h.
 
-#include "kova/formats.h"
+#include "formats.h"
 
 #include <cstdint>
 

@@ -4,7 +4,7 @@
 // These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. They go by the windows that the last
 // video path update left, so they come after at least one update.
 
-#include "kova/formats.h"
+#include "formats.h"
 
 #include <cstdint>
 

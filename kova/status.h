@@ -4,7 +4,7 @@
 // Every function returns KOVA_NO_ERROR, also where a transfer failed: see regs.h. A sync status is then 3, a pattern
 // 7, a device ID or a measurement 0xFFFF. A switch is on for any non-zero value.
 
-#include "kova/formats.h"
+#include "formats.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 #pragma once
 // The video path update: brings the whole path in line with a source and an output record.
 
-#include "kova/formats.h"
+#include "formats.h"
 
 #include <cstdint>
 

@@ -5,7 +5,7 @@
 // the windows that the last video path update left, so it comes after at least one update; whoever changes a window
 // lets the rest of the update follow, so that scaler, filters and deinterlacer fit the new sizes.
 
-#include "kova/formats.h"
+#include "formats.h"
 
 #include <cstdint>
 

@@ -238,7 +238,7 @@ TEST(EdidTimings, TheVideoProcessorsFormatsAreRecognised) {
         for (const int d : {0, -1, 1, -2, 2}) {
             const auto off = [d](int value) { return static_cast<std::uint16_t>(value + d); };
             EXPECT_EQ(SearchNativeFormat({off(sync[SYNC_H_TOTAL]), off(vTotal), off(frontPorch)}),
-                      std::abs(d) < 2 ? frmt : kNoNativeFormat);
+                      std::abs(d) < 2 ? frmt : edid::kNoNativeFormat);
         }
     }
 }

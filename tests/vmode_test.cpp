@@ -1,4 +1,4 @@
-#include "hdmitx/vmtables.h"
+#include "hdmitx/vmode.h"
 #include "tests/board.h"
 
 namespace {
@@ -24,13 +24,13 @@ TEST(VModeTables, EveryFormatHasItsRow) {
     std::string rows;
     for (std::uint8_t frmt = 0; frmt <= VIDOUT_COUNT; ++frmt) {
         const std::uint8_t row = KovaFrmt2VMIndex(frmt);
-        rows += std::to_string(row) + (IsCeaRow(row) ? " " : "PC ");
-        EXPECT_EQ(GetPixelClock(row), VModeRowAt(row).PixClk);
+        rows += std::to_string(row) + (hdmitx::IsCeaRow(row) ? " " : "PC ");
+        EXPECT_EQ(GetPixelClock(row), hdmitx::VModeRowAt(row).PixClk);
     }
     EXPECT_EQ(rows,
               "4 15 1 12 2 13 3 14 11 24 34PC 37PC 43PC 45PC 51PC 53PC 58PC 60PC 78PC 78PC 78PC 78PC 78PC 78PC 78PC ");
-    EXPECT_TRUE(!IsCeaRow(0) && IsCeaRow(27) && !IsCeaRow(28));
-    EXPECT_EQ(GetPixelClock(82) + VModeRowAt(255).HTotal, 0);
+    EXPECT_TRUE(!hdmitx::IsCeaRow(0) && hdmitx::IsCeaRow(27) && !hdmitx::IsCeaRow(28));
+    EXPECT_EQ(GetPixelClock(82) + hdmitx::VModeRowAt(255).HTotal, 0);
 }
 
 } // namespace

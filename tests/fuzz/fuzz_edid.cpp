@@ -24,14 +24,14 @@ enum Flag : std::uint8_t {
     kNeverReady = 0x04, // the errors are time-outs
 };
 
-std::vector<std::uint8_t> edid;
+std::vector<std::uint8_t> monitor;
 std::uint8_t flags, errorFrom, errorBits, stride;
 std::uint32_t transfers;
 
 void PutRight() {
     constexpr std::array<std::uint8_t, 8> kHeader{0, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0};
-    std::copy_n(kHeader.begin(), std::min(kHeader.size(), edid.size()), edid.begin());
-    for (auto block = edid.begin(); edid.end() - block >= 128; block += 128) {
+    std::copy_n(kHeader.begin(), std::min(kHeader.size(), monitor.size()), monitor.begin());
+    for (auto block = monitor.begin(); monitor.end() - block >= 128; block += 128) {
         block[127] = static_cast<std::uint8_t>(-std::accumulate(block, block + 127, 0));
     }
 }
@@ -41,8 +41,8 @@ void AtTransfer(std::uint32_t number) {
     const bool fails = errorFrom != 0 && ((flags & kErrorOnce) != 0 ? number == errorFrom : number >= errorFrom);
     sim::SetDdcError(fails ? errorBits & 0x68 : 0);
     sim::SetDdcBusy(fails && (flags & kNeverReady) != 0 ? 1000 : 0);
-    if (stride != 0 && !edid.empty()) {
-        edid[std::size_t{number} * stride % edid.size()] ^= static_cast<std::uint8_t>(number);
+    if (stride != 0 && !monitor.empty()) {
+        monitor[std::size_t{number} * stride % monitor.size()] ^= static_cast<std::uint8_t>(number);
     }
 }
 
@@ -53,20 +53,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     std::tie(flags, errorFrom, errorBits, stride) = std::tie(data[0], data[1], data[2], data[3]);
-    edid.assign(data + 4, data + size);
+    monitor.assign(data + 4, data + size);
     if ((flags & kAsItIs) == 0) {
         PutRight();
     }
     transfers = 0;
     sim::Reset();
     open_kova();
-    sim::Plug(edid);
+    sim::Plug(monitor);
     sim::SetDdcHook(AtTransfer);
     EDIDParseResult result{};
     const std::uint8_t transfer = ParseEDID(&result);
     close_kova();
 
-    assert(transfers <= kMostEDIDReads);
+    assert(transfers <= edid::kMostEDIDReads);
     assert(sim::TxRegister(sim::Page::Hdmi1, 0xEE) == 0);
     assert(transfer == 0 || (transfer >= 3 && transfer <= 5));
     assert(result.ErrCode == 0 || (result.ErrCode >= EDID_ERR_HEADER && result.ErrCode <= EDID_ERR_BLOCK_MAP));
