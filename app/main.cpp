@@ -1,5 +1,6 @@
 #include "app/device.h"
 #include "app/shell.h"
+#include "kova/version.h"
 
 #include <array>
 #include <cerrno>
@@ -8,6 +9,9 @@
 #include <unistd.h>
 
 namespace {
+
+// Tells which version a built console is: strings kova-console | grep '^kova-console '
+[[gnu::used, gnu::retain]] constexpr char kVersion[] = "kova-console " KOVA_VERSION; // NOLINT(modernize-avoid-c-arrays)
 
 std::array<char, BUFSIZ> outputBuffer;
 std::array<char, BUFSIZ> inputBuffer;
@@ -19,12 +23,20 @@ void SetUpStreams() {
     std::setvbuf(stdin, inputBuffer.data(), _IOFBF, inputBuffer.size());
 }
 
-// Ends the process at once, whatever the loop is doing. The node is closed by that end, which stops the loop before:
-// closed here, it would fail the rest of a pass. Standard output is not flushed again: its lines are all out, and the
-// loop may hold it for as long as nobody reads them. What was not read from a file of commands is left to its next
-// reader.
+// Closes the device node and ends the process at once, whatever the loop thread is doing. Standard output stays locked
+// from before the closing to the end of the process. The loop thread's next transfer fails, since the node is closed,
+// and the thread then waits for that lock instead of printing an error. If the loop thread holds the lock already,
+// nobody may be reading its output: the process then ends without waiting, and the kernel closes the node.
 [[noreturn]] void End() {
-    std::fflush(stdin); // cppcheck-suppress fflushOnInputStream ; POSIX says what it does
+    // Input that was not executed stays in a file of commands, for the program that reads the file next.
+    std::fflush(stdin); // cppcheck-suppress fflushOnInputStream ; POSIX defines this
+    if (ftrylockfile(stdout) == 0) {
+        close_kova();
+        // Every line was written when it was printed, so nothing is left to flush.
+        if (std::ferror(stdout) != 0) {
+            std::fputs("Standard output could not be written. Some of the output is lost.\n", stderr);
+        }
+    }
     _exit(0);
 }
 

@@ -47,6 +47,7 @@ set(KOVA_PUBLIC_HEADERS
   kova/regs.h
   kova/scaler.h
   kova/status.h
+  kova/version.h
   kova/video_process.h
   kova/windows.h)
 # A folder of the project's own: its parts have names that others use too.
@@ -74,9 +75,14 @@ install(EXPORT kova NAMESPACE kova:: FILE kovaConfig.cmake DESTINATION ${KOVA_CM
 write_basic_package_version_file(kovaConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/kovaConfigVersion.cmake DESTINATION ${KOVA_CMAKEDIR} COMPONENT development)
 
-file(RELATIVE_PATH KOVA_PKGCONFIG_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-string(REGEX REPLACE "/$" "" KOVA_PKGCONFIG_TO_PREFIX ${KOVA_PKGCONFIG_TO_PREFIX})
-file(RELATIVE_PATH KOVA_PREFIX_TO_INCLUDE ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR}/kova-console)
-file(RELATIVE_PATH KOVA_PREFIX_TO_LIB ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
-configure_file(cmake/kova.pc.in kova.pc @ONLY)
+# kova.pc names the prefix, which is known at the installation: cmake --install takes another one by --prefix.
+set(KOVA_PC_INCLUDEDIR "\\\${prefix}")
+cmake_path(APPEND KOVA_PC_INCLUDEDIR ${KOVA_INCLUDEDIR})
+set(KOVA_PC_LIBDIR "\\\${prefix}")
+cmake_path(APPEND KOVA_PC_LIBDIR ${CMAKE_INSTALL_LIBDIR})
+install(CODE "
+set(PROJECT_VERSION ${PROJECT_VERSION})
+set(KOVA_PC_INCLUDEDIR \"${KOVA_PC_INCLUDEDIR}\")
+set(KOVA_PC_LIBDIR \"${KOVA_PC_LIBDIR}\")
+configure_file(\"${PROJECT_SOURCE_DIR}/cmake/kova.pc.in\" \"${PROJECT_BINARY_DIR}/kova.pc\" @ONLY)" COMPONENT development)
 install(FILES ${PROJECT_BINARY_DIR}/kova.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

@@ -19,5 +19,6 @@
 #include "regs.h"          // result codes, register access
 #include "scaler.h"        // scaler filters
 #include "status.h"        // status, measurement, test patterns, display
+#include "version.h"       // the version, as text
 #include "video_process.h" // the video path update
 #include "windows.h"       // windows

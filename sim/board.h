@@ -79,5 +79,7 @@ void ClearScript();
 
 void NoteTransfer(unsigned long request, const kova_xfer& record, bool ok);
 void NotePause(std::uint64_t microseconds);
+/// Notes that a descriptor of the device node was closed.
+void NoteClose();
 
 } // namespace sim

@@ -34,6 +34,15 @@ void Note(const char* what) {
     }
 }
 
+void NoteWithTime(const char* what) {
+    Note(what);
+    if (file != nullptr) {
+        const std::uint64_t now = Now();
+        std::fprintf(file, "%4llu.%06llu %s\n", static_cast<unsigned long long>(now / 1'000'000),
+                     static_cast<unsigned long long>(now % 1'000'000), what);
+    }
+}
+
 } // namespace
 
 void KeepJournal(bool keep) {
@@ -82,13 +91,12 @@ void NoteTransfer(unsigned long request, const kova_xfer& record, bool ok) {
     } else {
         std::snprintf(line.data(), line.size(), "request %lu", request);
     }
-    const char* const failed = ok ? "" : " failed";
-    Note((std::string(line.data()) + failed).c_str());
-    if (file != nullptr) {
-        const std::uint64_t now = Now();
-        std::fprintf(file, "%4llu.%06llu %s%s\n", static_cast<unsigned long long>(now / 1'000'000),
-                     static_cast<unsigned long long>(now % 1'000'000), line.data(), failed);
+    if (!ok) {
+        std::strcat(line.data(), " failed");
     }
+    NoteWithTime(line.data());
 }
+
+void NoteClose() { NoteWithTime("close"); }
 
 } // namespace sim

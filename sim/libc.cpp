@@ -9,6 +9,7 @@
 #include "app/device.h"
 #include "sim/board.h"
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
@@ -19,8 +20,10 @@
 
 namespace {
 
-constexpr int kNone = -1;
-std::atomic<int> deviceFd = kNone;
+// The open descriptors of the device node. A process has 1024 descriptors unless somebody raised its limit.
+std::array<std::atomic<bool>, 1024> isDevice;
+
+bool IsDevice(int fd) { return fd >= 0 && static_cast<std::size_t>(fd) < isDevice.size() && isDevice[fd]; }
 
 std::int32_t OpenDevice() {
     const std::scoped_lock lock(sim::boardLock);
@@ -30,8 +33,16 @@ std::int32_t OpenDevice() {
         return -1;
     }
     // A descriptor of the kernel's, so that the number is nobody else's.
-    deviceFd = static_cast<int>(syscall(SYS_openat, AT_FDCWD, "/dev/null", O_RDWR, 0));
-    return deviceFd;
+    const auto fd = static_cast<int>(syscall(SYS_openat, AT_FDCWD, "/dev/null", O_RDWR, 0));
+    if (fd >= static_cast<int>(isDevice.size())) {
+        syscall(SYS_close, fd);
+        errno = EMFILE;
+        return -1;
+    }
+    if (fd >= 0) {
+        isDevice[fd] = true;
+    }
+    return fd;
 }
 
 bool SkipsWaiting() {
@@ -92,7 +103,7 @@ int OpenAt64(int folder, const char* path, int flags, mode_t mode) {
 }
 
 int Ioctl(int fd, unsigned long request, void* argument) {
-    if (fd == deviceFd && fd != kNone) {
+    if (IsDevice(fd)) {
         const std::scoped_lock lock(sim::boardLock);
         if (sim::Transfer(request, *static_cast<kova_xfer*>(argument))) {
             return 0;
@@ -104,9 +115,10 @@ int Ioctl(int fd, unsigned long request, void* argument) {
 }
 
 int close(int fd) {
-    if (fd == deviceFd && fd != kNone) {
+    if (IsDevice(fd)) {
         const std::scoped_lock lock(sim::boardLock);
-        deviceFd = kNone;
+        isDevice[fd] = false;
+        sim::NoteClose();
     }
     return static_cast<int>(syscall(SYS_close, fd));
 }

@@ -91,12 +91,12 @@ std::uint64_t Now();
 // ---- Journal ----
 
 /// What has happened since Reset or the last TakeJournal, a line each: "kova r 0004 0083", "hdmi1 w 2f 01", "pause
-/// 100"; a failed request ends in " failed". Empty unless KeepJournal(true).
+/// 100", "close"; a failed request ends in " failed". Empty unless KeepJournal(true).
 std::string TakeJournal();
 void KeepJournal(bool keep);
 
-/// From now on every transfer goes to this file too ("-": standard error), the board's clock in seconds before the
-/// journal's line.
+/// From now on every transfer and every "close" go to this file too ("-": standard error), the board's clock in seconds
+/// before the journal's line.
 /// @return false, with a message on standard error, when it cannot be written
 bool WriteJournal(const char* path);
 

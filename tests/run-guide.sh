@@ -92,7 +92,7 @@ for part in "$folder"/*:*; do
     head -100 "$folder/came"
 done
 
-(cd .. && cat app/*.cpp kova/*.cpp hdmitx/*.cpp edid/*.cpp) | grep -v '^ *//\|^ *#' |
+(cd .. && cat app/*.cpp kova/*.cpp hdmitx/*.cpp edid/*.cpp) | grep -v '^ *//\|^ *#\|kVersion' |
     grep -o '"\([^"\\]\|\\.\)*"' | sed 's/^"//; s/"$//; s/\\[nrt]//g; s/^%s\(.*\)/\1`/; s/^ *//; s/ *$//' | grep '^[^0-9/].\{5\}' |
     while IFS= read -r message; do
         grep -qF -- "$message" messages.md || printf 'messages.md says nothing of: %s\n' "$message"

@@ -1,0 +1,4 @@
+#pragma once
+// The version of this project. The build files read it here.
+
+#define KOVA_VERSION "1.0.0"
