@@ -141,14 +141,18 @@ const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMo
 }
 
 Words Split(char* line) {
-    line[std::strcspn(line, "#\r\n")] = '\0';
+    constexpr const char* kBlanks = " \t";
+    line[std::strcspn(line, "#\r")] = '\0';
     Words words;
-    char* rest = nullptr;
-    for (char* word = strtok_r(line, " \t", &rest); word != nullptr && words.count < words.word.size();
-         word = strtok_r(nullptr, " \t", &rest)) {
-        words.word[words.count++] = word;
+    for (char* next = line + std::strspn(line, kBlanks); *next != '\0' && words.count < words.word.size();) {
         if (words.count == 2) {
-            words.tail = rest + std::strspn(rest, " \t");
+            words.tail = next;
+        }
+        words.word[words.count++] = next;
+        next += std::strcspn(next, kBlanks);
+        if (*next != '\0') {
+            *next++ = '\0';
+            next += std::strspn(next, kBlanks);
         }
     }
     return words;
@@ -181,17 +185,35 @@ bool ParseLine(char* line, const char* path, unsigned number, std::span<const st
     return true;
 }
 
+constexpr std::size_t kLongestLine = 4000;
+
+// Reads a line without its end. Stops behind a byte 0, and one character beyond the longest line: a file of another
+// kind may have no line ends at all. @return false at the end of the file
+bool ReadLine(std::FILE* file, std::string& line) {
+    line.clear();
+    int c = std::getc(file);
+    if (c == EOF) {
+        return false;
+    }
+    for (; c != EOF && c != '\n' && line.size() <= kLongestLine && !line.ends_with('\0'); c = std::getc(file)) {
+        line.push_back(static_cast<char>(c));
+    }
+    return true;
+}
+
 bool LoadScript(const char* path, std::span<const std::uint8_t> firstMonitor) {
     std::FILE* const file = std::fopen(path, "r");
     if (file == nullptr) {
         std::fprintf(stderr, "kova-sim: cannot open the script '%s': %s\n", path, std::strerror(errno));
         return false;
     }
-    std::array<char, 4096> line{};
     bool good = true;
-    for (unsigned number = 1; good && std::fgets(line.data(), line.size(), file) != nullptr; ++number) {
-        if (std::strlen(line.data()) + 1 == line.size()) {
-            std::fprintf(stderr, "kova-sim: %s:%u: line too long\n", path, number);
+    std::string line;
+    for (unsigned number = 1; good && ReadLine(file, line); ++number) {
+        if (line.size() > kLongestLine || line.ends_with('\0')) {
+            const char* const problem =
+                line.ends_with('\0') ? "not a text file, it contains a zero byte" : "line too long";
+            std::fprintf(stderr, "kova-sim: %s:%u: %s\n", path, number, problem);
             good = false;
         } else {
             good = ParseLine(line.data(), path, number, firstMonitor);

@@ -110,6 +110,7 @@ TEST_F(SimSetUp, EveryOpenAndIoctl) {
              +[](const char* path) { return OpenAt64Checked(AT_FDCWD, path, O_RDWR); }}) {
         // clang-format on
         const int node = opened(kDeviceNode);
+        EXPECT_EQ(close(Open(kDeviceNode, O_RDWR)), 0); // another descriptor of the same node
         for (const auto call : {Ioctl, IoctlTime64}) {
             kova_xfer record{.addr = 4, .data = {}};
             EXPECT_EQ(call(node, KOVA_310_READ, &record), 0);
@@ -137,7 +138,7 @@ TEST_F(SimSetUp, WhatIsWrongIsNamed) {
           "0 audio", "0 fail -1", "0 fail every 0", "0 ddc", "0 say", "0 explode", "0 plug nowhere.bin", "0 plug ."}) {
         log << script << " | " << WithScript(script);
     }
-    log << WithScript("#" + std::string(5000, 'x'));
+    log << WithScript("#" + std::string(5000, 'x')) << WithScript(std::string("0 say a\0\n", 9));
     for (const auto& [name, value] : {std::pair{"KOVA_SIM_SCRIPT", "no/where"},
                                       {"KOVA_SIM_JOURNAL", "no/where"},
                                       {"KOVA_SIM_SPEED", "fast"},

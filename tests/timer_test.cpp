@@ -44,8 +44,10 @@ protected:
 };
 
 TEST_F(Loop, ParsesThatDisagreeStartOver) {
-    static edid::Bytes monitor = edid::Base{}.Build();
-    static bool changes = true;
+    static edid::Bytes monitor;
+    static bool changes;
+    monitor = edid::Base{}.Build();
+    changes = true;
     // Every read of the EDID's first bytes changes two that the sum does not notice.
     sim::SetDdcHook([](std::uint32_t /*transfer*/) {
         if (changes && sim::TxRegister(sim::Page::Hdmi1, 0xEF) == 0) {
