@@ -1,63 +1,45 @@
-# Sourced by the scripts of this project, in its top folder: build_preset PRESET [CMAKE-OPTION...] [-- TARGET...].
-# One build at a time in each build folder, build/PRESET$KOVA_BUILD_SUFFIX: a compiler in CXX has folders of its own.
-KOVA_BUILD_SUFFIX=
-for word in ${CXX:-}; do
-    case $word in
-    -*) break ;; # the compiler's own options
-    esac
-    KOVA_BUILD_SUFFIX=-${word##*/}
-done
-export KOVA_BUILD_SUFFIX
+# Sourced by the scripts of this project, in its top folder.
 
-# Whether something can be built in the folder $1, which need not be there yet; if not, says why.
-need_folder() {
-    case $PWD in
-    *[\;\"\\#]*)
-        echo "CMake cannot build in a path with one of ; \" \\ # in it: $PWD" >&2
-        return 1
-        ;;
-    esac
-    nearest=$1
-    until [ -e "$nearest" ]; do
-        nearest=$(dirname "$nearest")
-    done
-    [ -d "$nearest" ] && [ -w "$nearest" ] || {
-        echo "Nothing can be built: $PWD/$1 is not yours to write" >&2
-        return 1
-    }
-}
-
-# Whether the build folder $1 was configured for the sources where they are now.
-is_configured_here() { grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$1/CMakeCache.txt"; }
-
-# Configures the preset $1 in the folder $2, with the options that follow; afresh where the sources were moved or copied.
-configure() {
-    preset=$1 folder=$2
-    shift 2
-    is_configured_here "$folder" || rm -rf "$folder/CMakeCache.txt" "$folder/CMakeFiles"
-    cmake --preset "$preset" -B "$folder" "$@"
-}
-
+# build_preset PRESET [CMAKE-OPTION...] [-- TARGET...] builds in build/PRESET, all targets if none is named.
 build_preset() {
-    need_folder "build/$1$KOVA_BUILD_SUFFIX" || return 1
-    preset=$1 folder=build/$1$KOVA_BUILD_SUFFIX options= targets=
+    preset=$1 folder=build/$1 options= targets=
     shift
     while [ $# -gt 0 ] && [ "$1" != -- ]; do
         options="$options $1"
         shift
     done
-    [ $# -gt 1 ] && shift && targets="--target $*"
-
+    [ $# -lt 2 ] || { shift && targets="--target $*"; }
+    case $PWD in
+    *[\;\"\\#]*)
+        echo "CMake cannot build in a folder that has one of the characters ; \" \\ # in its path: $PWD" >&2
+        return 1
+        ;;
+    esac
     mkdir -p "$folder" || return 1
     (
-        if command -v flock >/dev/null 2>&1; then
-            flock -n 9 || {
-                echo "Waiting for another build in $folder to end ..." >&2
-                flock 9
-            }
+        # Two builds in one folder disturb each other. A machine without flock has to do without this protection.
+        ! command -v flock >/dev/null || flock -n 9 || {
+            echo "Waiting until another build in $folder has ended ..." >&2
+            flock 9
+        }
+        # Only the board's preset uses a toolchain file.
+        [ "$preset" = powerpc ] || unset CMAKE_TOOLCHAIN_FILE
+        # CMake keeps the compiler and the source folder of its first run. When one of them is another one now, the
+        # folder is configured anew.
+        program=$(command -v ${CXX:-c++} || true)
+        setting="$PWD|${CC:-}|${CXX:-}|$program|${CMAKE_TOOLCHAIN_FILE:-}"
+        if [ "$setting" != "$(cat "$folder/setting" 2>/dev/null)" ]; then
+            rm -rf "$folder/CMakeCache.txt" "$folder/CMakeFiles"
+            echo "$setting" >"$folder/setting"
         fi
-        # Targets and options are plain words. What is started here must not keep the lock.
-        [ "$preset" = powerpc ] || unset CMAKE_TOOLCHAIN_FILE # the board's
-        { configure "$preset" "$folder" $options && cmake --build --preset "$preset" $targets; } 2>&1 9>&-
+        # The programs that are started here must not inherit the lock.
+        { cmake --preset "$preset" $options && cmake --build --preset "$preset" $targets; } 2>&1 9>&-
     ) 9>"$folder/lock"
+}
+
+# use_scratch makes the folder $scratch, which is removed at the end of the script, also after Ctrl-C.
+use_scratch() {
+    scratch=$(mktemp -d)
+    trap 'rm -rf "$scratch"' EXIT
+    trap 'exit 1' INT TERM HUP
 }

@@ -1,7 +1,7 @@
 # The console, and the simulated board that it runs on where there is none.
 find_package(Threads REQUIRED)
 
-# The console but for main.
+# Everything of the console but its main function.
 add_library(kova-app STATIC app/control_loop.cpp app/shell.cpp)
 kova_code(kova-app)
 target_link_libraries(kova-app PUBLIC kova Threads::Threads)
@@ -10,21 +10,12 @@ add_executable(kova-console app/main.cpp)
 kova_code(kova-console)
 target_link_libraries(kova-console PRIVATE kova-app)
 
-# The simulated board, twice: linked into tests, and as a library to preload under the unchanged console.
-set(SIM_SOURCES
-  sim/audio.cpp
-  sim/board.cpp
-  sim/builtin_edid.cpp
-  sim/clock.cpp
-  sim/journal.cpp
-  sim/libc.cpp
-  sim/script.cpp
-  sim/transmitter.cpp
-  sim/video.cpp)
+# The simulated board is built twice: linked into tests, and as a library to preload under the unchanged console.
+file(GLOB SIM_SOURCES CONFIGURE_DEPENDS sim/*.cpp)
 add_library(kova-board OBJECT ${SIM_SOURCES})
 kova_code(kova-board)
 target_link_libraries(kova-board PUBLIC Threads::Threads)
-# The board's lock must not order the threads that the sanitizer watches.
+# The thread sanitizer must not see the board's lock. It would take the lock for one that orders the console's threads.
 if(KOVA_SANITIZE STREQUAL "thread")
   kova_plain(kova-board)
 endif()
@@ -32,9 +23,20 @@ endif()
 add_library(kova-sim SHARED ${SIM_SOURCES})
 kova_code(kova-sim)
 target_link_libraries(kova-sim PRIVATE Threads::Threads)
-# A preloaded library comes before any sanitizer runtime, so it stays plain.
+# A preloaded library is loaded before any sanitizer runtime, so it is built without sanitizers.
 kova_plain(kova-sim)
 
 if(KOVA_STATIC)
-  include(cmake/static.cmake)
+  # The static console runs on a board with any C library. Nothing can be preloaded under a static program, so a second
+  # one contains the simulated board, for the tests. Both have the object files of kova-console.
+  foreach(program kova-console-static kova-console-static-sim)
+    add_executable(${program} $<TARGET_OBJECTS:kova-console>)
+    set_target_properties(${program} PROPERTIES LINKER_LANGUAGE CXX)
+    target_link_libraries(${program} PRIVATE kova-app)
+    target_link_options(${program} PRIVATE ${KOVA_LINK} -static)
+  endforeach()
+  target_link_libraries(kova-console-static-sim PRIVATE kova-board)
+  set_target_properties(kova-console-static PROPERTIES
+    OUTPUT_NAME kova-console
+    RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/static)
 endif()

@@ -1,18 +1,16 @@
-# How this project's own code is compiled.
-
-# ./check switches it on in its build folders; somebody else's compiler may warn of more.
-option(KOVA_WERROR "Warnings are errors" OFF)
+# How the code of this project is compiled.
 
 set(KOVA_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
-if(KOVA_WERROR)
+# Only .ci/run sets this variable: another compiler may warn of more.
+if(DEFINED ENV{KOVA_WERROR})
   list(APPEND KOVA_WARNINGS -Werror)
 endif()
 
 if(KOVA_SANITIZE)
-  # -Og: nothing is optimised away before it is checked, and it builds in half the time.
+  # With -Og nothing is optimised away before it is checked.
   add_compile_options(-Og -fsanitize=${KOVA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${KOVA_SANITIZE})
-  # Static runtimes: the console can then run with the simulated board preloaded under it. clang's are static anyway.
+  # The runtimes are linked statically, so that the simulated board can be preloaded under the console. clang's always are.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     if(KOVA_SANITIZE MATCHES "address")
       add_link_options(-static-libasan -static-libubsan)
@@ -28,12 +26,12 @@ if(KOVA_SMALL)
   list(APPEND KOVA_LINK -Wl,--gc-sections)
   set(KOVA_SIZE -Os -ffunction-sections -fdata-sections -fno-unwind-tables -fno-asynchronous-unwind-tables)
 endif()
-# The same program wherever it is built: no name of that folder in a file, and no checksum of the debug information,
-# which may hold one even so.
+# The program is the same wherever it is built: no file holds the name of the build's folder. The build ID is left out,
+# since it is a checksum of debug information, which may hold that name.
 set(KOVA_PLACE -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
 list(APPEND KOVA_LINK -Wl,--build-id=none)
 
-# Driver code: no exceptions, no RTTI, includes written from the project's root.
+# Driver code has no exceptions and no RTTI. Its includes start from the project's root.
 function(kova_code target)
   target_compile_options(${target} PRIVATE ${KOVA_WARNINGS} ${KOVA_SIZE} ${KOVA_PLACE} -fno-exceptions -fno-rtti)
   target_link_options(${target} PRIVATE ${KOVA_LINK})
@@ -41,7 +39,7 @@ function(kova_code target)
   set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
-# Takes the sanitizers off one target again.
+# Builds one target without the sanitizers.
 function(kova_plain target)
   if(KOVA_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=all)

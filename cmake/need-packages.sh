@@ -1,101 +1,52 @@
-# Sourced by the scripts of this project: need_packages NAME... installs what a Debian machine lacks, and says so before
-# it does. What is there already, from wherever, will do.
+# Sourced by the scripts of this project: need_packages NAME... installs the Debian packages that are missing. A package
+# is missing when its program is, wherever that program comes from.
 
-has_program() { command -v "$1" >/dev/null 2>&1; }
-
-# Whether a package's program is there. Libraries have none.
-has_program_of() {
+is_missing() {
     case $1 in
     g++) set -- ${CXX:-g++} ;;
+    g++-powerpc-linux-gnu) [ -z "${CMAKE_TOOLCHAIN_FILE:-}" ] && set -- ${CXX:-powerpc-linux-gnu-g++} || return 1 ;;
     ninja-build) set -- ninja ;;
-    g++-powerpc-linux-gnu) set -- ${CMAKE_TOOLCHAIN_FILE:+true} ${CXX:-powerpc-linux-gnu-g++} ;;
     qemu-user) set -- qemu-ppc ;;
-    dpkg-dev) set -- dpkg-shlibdeps ;;
+    debhelper) set -- dh ;;
     man-db) set -- man ;;
+    build-essential | googletest | lib*) # These have no program. On another system than Debian CMake looks for them itself.
+        command -v dpkg-query >/dev/null && ! dpkg-query -W -f '${Status}\n' "$1" 2>/dev/null | grep -q ' installed$'
+        return
+        ;;
     esac
-    has_program "$1"
-}
-
-is_library() {
-    case $1 in
-    googletest | lib*) true ;;
-    *) false ;;
-    esac
-}
-
-has_package() { dpkg-query -W -f '${Status}\n' "$1" 2>/dev/null | grep -q ' installed$'; }
-
-# What the caller names as the compiler is the caller's to install; only clang has a package of its name.
-need_named_compilers() {
-    for compiler in "${CC:-}" "${CXX:-}"; do
-        set -- $compiler
-        case ${1:-} in
-        '' | clang | clang++) continue ;;
-        esac
-        has_program "$1" || {
-            echo "No such compiler: CC or CXX names $1" >&2
-            return 1
-        }
-    done
-}
-
-# Whether $1 will do, the version of the CMake that is there or would be installed.
-need_cmake_version() {
-    echo "${1:-3.21}" | awk -F. '{ exit !($1 > 3 || $1 == 3 && $2 >= 21) }' || {
-        echo "CMake 3.21 or later is needed; this machine's is $1. Put a later one into PATH, then try again." >&2
-        return 1
-    }
+    ! command -v "$1" >/dev/null
 }
 
 may_install() {
-    has_program apt-get || return 1
-    [ "$(id -u)" -ne 0 ] || return 0
-    # Without a terminal nobody can give sudo a password.
-    has_program sudo && { sudo -n true 2>/dev/null || (: </dev/tty) 2>/dev/null; }
+    as_root=$([ "$(id -u)" -eq 0 ] || echo sudo)
+    command -v apt-get >/dev/null && { [ -z "$as_root" ] || { command -v sudo >/dev/null && sudo -v; }; }
 }
 
 need_packages() {
-    need_named_compilers || return 1
-    programs= libraries=
+    missing=
     for package; do
-        if is_library "$package"; then
-            has_package "$package" || libraries="$libraries $package"
-        elif ! has_program_of "$package"; then
-            case $package:${CXX:-} in
-            g++:clang++*) package=clang ;;
-            esac
-            programs="$programs $package"
-        elif [ "$package" = cmake ]; then
-            need_cmake_version "$(cmake --version | sed -n '1s/.* //p')" || return 1
-        fi
+        case $package:${CXX:-} in
+        g++:clang++ | g++:clang++\ *) package=clang ;;
+        g++*:?*) is_missing "$package" && echo "CXX names a compiler that is not there: $CXX" >&2 && return 1 ;;
+        esac
+        ! is_missing "$package" || missing="$missing $package"
     done
-    [ -z "$programs$libraries" ] && return 0
-
-    may_install || {
-        # A library may be where only CMake finds it.
-        [ -z "$programs" ] && return 0
-        echo "Programs are missing. Install what this machine calls these Debian packages, then try again:$programs$libraries" >&2
+    # An old CMake is said before anything is installed.
+    ! command -v cmake >/dev/null || cmake --version | awk '/version/ { split($3, v, "."); exit v[1] * 100 + v[2] < 321 }' || {
+        echo "CMake 3.21 or later is needed, this is $(cmake --version | head -n 1). Put a later one into PATH." >&2
         return 1
     }
-    as_root=
-    [ "$(id -u)" -eq 0 ] || as_root=sudo
-    echo "Installing with apt-get:$programs$libraries" >&2
-    $as_root apt-get update -qq >&2 || true # the install says what is missing
-    case "$programs " in
-    *" cmake "*)
-        need_cmake_version "$(LC_ALL=C apt-cache policy cmake | sed -n 's/^ *Candidate: \([0-9.]*\).*/\1/p')" || return 1
-        ;;
-    esac
-    set -- install --no-install-recommends $programs$libraries
-    # With what they need in turn: how many, how much.
-    LC_ALL=C apt-get -s "$@" 2>/dev/null | grep ' newly installed' >&2 || true
-    $as_root env DEBIAN_FRONTEND=noninteractive apt-get -y -qq "$@" >&2 || {
-        echo "Could not install:$programs$libraries" >&2
-        [ -z "$programs" ] # CMake may find a library elsewhere
+    [ -n "$missing" ] || return 0
+    may_install || {
+        echo "These Debian packages are missing. Install them by the names that this machine has for them:$missing" >&2
+        return 1
     }
+    echo "Installing with apt-get:$missing" >&2
+    $as_root apt-get update -qq >&2
+    $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >&2
 }
 
-# clang's sanitizers and its fuzzing library come in a package with clang's version in its name.
+# Installs the sanitizers and the fuzzing library of clang. The name of their package has clang's version in it.
 need_sanitizers() {
     case ${CXX:-} in
     *clang*) need_packages clang && need_packages "libclang-rt-$(${CXX} -dumpversion | cut -d. -f1)-dev" ;;

@@ -4,23 +4,23 @@
 # usage: run-guide.sh DOCS PROGRAM [EMULATOR...]
 # DOCS: the folder of bring-up.md and messages.md; PROGRAM: the console, with the simulated board beside it
 #
-# In a block, sh carries out the lines "$ COMMAND"; there ./run is the console on the simulated board, kova-console the
-# console without it. "Please Input Command : LINE" is typed; what follows "kova-sim: TEXT" is typed once that has come.
-# Every line must come out, each right after the one before it. "..." stands for lines left out, and so does the end;
-# where nothing is shown, nothing may come. Left out without a sign: empty lines, the usage summary, the echo of what is
-# typed. The number of a source line in a message, NAME[32](, may be any. Then the commands "w ..." in the text around
-# the blocks are typed, and the sources' messages looked for in messages.md.
+# In a console block, a line "$ COMMAND" is carried out by sh. There ./run is the console on the simulated board, and
+# kova-console the console without it. "Please Input Command : LINE" is typed. What follows a line "kova-sim: TEXT" is
+# typed once that line has come. Every line of the block must come out, each right after the one before it. "..." stands
+# for any lines, and so does the end of a block. A command with nothing below it must print nothing. The blocks leave out
+# empty lines, the usage summary and the echo of what is typed. The source line's number in NAME[32]( may be any.
 set -u
 docs=$1 CONSOLE=$2
 shift 2
 EMULATOR=$*
-PRELOAD='LD_PRELOAD=$ORIGIN/libkova-sim.so' # $ORIGIN: the console's folder; only the emulated program may get it
-[ $# -eq 0 ] || PRELOAD="QEMU_SET_ENV=$PRELOAD"
+PRELOAD='LD_PRELOAD=$ORIGIN/libkova-sim.so' # $ORIGIN is the console's folder
+[ $# -eq 0 ] || PRELOAD="QEMU_SET_ENV=$PRELOAD" # for the emulated program, not for the emulator
 export CONSOLE EMULATOR PRELOAD
 unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT KOVA_SIM_JOURNAL
 
-folder=$(mktemp -d) || exit 1
-trap 'rm -rf "$folder"' EXIT
+. "$(dirname "$0")/../cmake/build.sh"
+use_scratch
+folder=$scratch
 mkdir "$folder/here" && ln -s "$docs" "$folder/here/docs" || exit 1
 PATH=$folder:$PATH
 printf '#!/bin/sh\n%s\n' 'export "$PRELOAD" KOVA_SIM_SPEED="${KOVA_SIM_SPEED-1000}"' 'exec $EMULATOR "$CONSOLE"' \
@@ -70,29 +70,23 @@ awk -v folder="$folder" '
     /^```/ { inside = $0 == "```console"; part = "" }
     inside && /^\$ / { part = sprintf("%s/%s:%05d", folder, FILENAME, FNR) }
     part != "" { print >part }' bring-up.md messages.md
-{
-    echo '$ ./run'
-    grep -oh '`w [^` ]* [^` ]* [^` ]*`' bring-up.md messages.md | tr -d '`' | while read -r w target address value; do
-        printf '...\nPlease Input Command : %s %s %s %s\n' "$w" "$target" "$address" "$value"
-        printf '...\nREG = Addr=[0x%04x], ReadData=[0x%04x]\n' "0x$address" "0x$value"
-    done
-} >"$folder/text:99999"
-
 failed=0 status=0
 for part in "$folder"/*:*; do
-    command=$(sed -n '1s/^\$ //p' "$part")
+    # The command sees the exit status of the block's command before it.
+    { echo "(exit $status)" && sed -n '1s/^\$ //p' "$part"; } >"$folder/command"
     : >"$folder/raw"
-    type_lines "$part" | (cd "$folder/here" && (exit $status); eval "$command") >"$folder/raw" 2>&1
+    type_lines "$part" | (cd "$folder/here" && sh "$folder/command") >"$folder/raw" 2>&1
     status=$?
     as_shown <"$folder/raw" >"$folder/came"
     sed 1d "$part" | squeeze >"$folder/wanted"
     awk "$compare" "$folder/wanted" - <"$folder/came" >"$folder/missed" && continue
     failed=1
-    printf '%s: $ %s\ndoes not show: %s\nbut:\n' "${part##*/}" "$command" "$(cat "$folder/missed")"
+    printf '%s: %s\ndoes not show: %s\nbut:\n' "${part##*/}" "$(head -n 1 "$part")" "$(cat "$folder/missed")"
     head -100 "$folder/came"
 done
 
-(cd .. && cat app/*.cpp kova/*.cpp hdmitx/*.cpp edid/*.cpp) | grep -v '^ *//\|^ *#\|kVersion' |
+# Every message that the sources print must be in messages.md.
+(cd .. && awk '/printf\(|fputs\(|perror\(|return "/ { prints = 1 } prints; /;$/ { prints = 0 }' app/*.cpp kova/*.cpp hdmitx/*.cpp edid/*.cpp) |
     grep -o '"\([^"\\]\|\\.\)*"' | sed 's/^"//; s/"$//; s/\\[nrt]//g; s/^%s\(.*\)/\1`/; s/^ *//; s/ *$//' | grep '^[^0-9/].\{5\}' |
     while IFS= read -r message; do
         grep -qF -- "$message" messages.md || printf 'messages.md says nothing of: %s\n' "$message"

@@ -20,8 +20,9 @@ cd "$(dirname "$0")/sessions" || exit 1
 unset KOVA_SIM_EDID KOVA_SIM_SPEED KOVA_SIM_SCRIPT KOVA_SIM_JOURNAL NO_BOARD ARGUMENTS
 [ -f "$name.env" ] && set -a && . "./$name.env" && set +a
 
-folder=$(mktemp -d) || exit 1
-trap 'rm -rf "$folder"' EXIT
+. ../../cmake/build.sh
+use_scratch
+folder=$scratch
 shown=$folder/shown
 : >"$shown"
 
