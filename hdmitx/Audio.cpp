@@ -1,5 +1,5 @@
-// Audio clock regeneration: the sink rebuilds the sample clock as pixel clock x N / (128 x CTS). N is chosen here; CTS
-// is measured by the transmitter.
+// Audio clock regeneration: the sink rebuilds the sample clock as pixel clock x N / (128 x CTS). This file chooses N. The
+// transmitter measures CTS.
 
 #include "hdmitx/hdmitx.h"
 
@@ -20,9 +20,9 @@ constexpr std::uint8_t kN = 0x03;                      // three registers, low b
 constexpr std::uint8_t kCts = 0x09;                    // three registers, low byte first
 constexpr std::uint8_t kAudioOn = 0x01, kSpdif = 0x02; // in kAudioInput
 
-// One row a sample rate.
+// One row for each sample rate.
 struct RateRow {
-    std::uint16_t above, below; // in 100 Hz, both excluded
+    std::uint16_t above, below; // in 100 Hz; a rate of exactly this value does not belong to the row
     std::uint8_t rate;          // kHz
     std::uint8_t code;          // IEC 60958-3 channel status
 };
@@ -39,7 +39,7 @@ constexpr std::array<RateRow, 7> kRates{{
     {1800, 2000,   192,  0x0E},
 }};
 
-// N by pixel clock; row 0 is for every clock without a row of its own.
+// N for each pixel clock. Row 0 is for every clock that has no row of its own.
 struct NValRow {
     std::uint16_t PixClk; // 10 kHz
     std::array<std::uint32_t, kRates.size()> N;
@@ -77,7 +77,7 @@ void WriteNValue(std::uint32_t n) {
 std::uint8_t WaitForStableCTS() {
     constexpr int kRounds = 10;
     constexpr std::uint8_t kStableRounds = 5;
-    constexpr std::uint32_t kNoClock = 5000; // up to here nothing is measured
+    constexpr std::uint32_t kNoClock = 5000; // a CTS of this value or less means that there is no audio clock
     constexpr std::int32_t kJitter = 2;
     std::uint8_t count = 0;
     for (int round = 0; round < kRounds; ++round) {
@@ -99,7 +99,7 @@ std::uint8_t WaitForStableCTS() {
 std::uint8_t GetFs(std::uint16_t pixclk) {
     const std::uint32_t cts = ReadCTSValue() / 100;
     const std::uint32_t n = ReadNValue();
-    // In 64 bits: N is what the register holds, up to 24 bits. A CTS that has broken down gives no rate.
+    // The product needs 64 bits, because N can have 24 bits. A CTS that is too small gives no rate.
     const std::uint64_t fs = cts != 0 ? (std::uint64_t{pixclk} * n >> 7) / cts : 0;
     std::fprintf(stderr, " \n\rHDMI TX : CTS Value = %u, N Value = %u, Fs Value = %llu", cts, n,
                  static_cast<unsigned long long>(fs));

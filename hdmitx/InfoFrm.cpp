@@ -1,4 +1,4 @@
-// InfoFrames (CEA-861) and the general control packet: what the sink is told about the stream.
+// InfoFrames (CEA-861) and the general control packet. They tell the sink what the stream carries.
 
 #include "hdmitx/hdmitx.h"
 
@@ -18,7 +18,7 @@ std::uint8_t RequireConfigInfoFrame = 0;
 namespace {
 
 // Page 1
-constexpr std::uint8_t kInfCtrl1 = 0x3E; // two bits a packet type, both set: the packet is sent again and again
+constexpr std::uint8_t kInfCtrl1 = 0x3E; // two bits for each packet type; both set: sent repeatedly
 constexpr std::uint8_t kInfCtrl2 = 0x3F;
 constexpr std::uint8_t kAviPacket = 0x40;
 constexpr std::uint8_t kAudioPacket = 0x80;
@@ -31,11 +31,11 @@ constexpr std::uint8_t kGeneralControlOn = 0x04, kGeneralControlCompanion = 0x08
 
 constexpr std::uint8_t kSetMute = 0x01, kClearMute = 0x10; // kGeneralControl
 
-// Packet types (CEA-861), and two requests of EnableInfoFrame's own.
+// Packet types (CEA-861), and two codes that only EnableInfoFrame uses.
 constexpr std::uint8_t kAvi = 0x82, kSpd = 0x83, kAudio = 0x84, kMpeg = 0x85;
 constexpr std::uint8_t kCode0 = 0, kCode255 = 255;
 
-// The header of a packet: type, version, length. The checksum follows it.
+// The header of a packet: type, version, length. The checksum follows the header.
 struct Header {
     std::uint8_t type, version, length;
 };
@@ -44,7 +44,7 @@ constexpr Header kAviHeader{kAvi, 2, 13};
 constexpr Header kAudioHeader{kAudio, 1, 10};
 
 void LoadPacket(std::uint8_t reg, const Header& header, std::span<const std::uint8_t> data) {
-    // All bytes of a packet sum up to 0.
+    // The sum of all bytes of a packet is 0 modulo 256.
     unsigned sum = unsigned{header.type} + header.version + header.length;
     for (const std::uint8_t byte : data) {
         sum += byte;
@@ -60,7 +60,7 @@ void LoadPacket(std::uint8_t reg, const Header& header, std::span<const std::uin
 
 // ---- Data bytes of the AVI InfoFrame ----
 
-// Byte 1, bits 7..5: colour format; bits 1..0: overscanned on a TV timing, underscanned on a PC one.
+// Byte 1. Bits 7..5: colour format. Bits 1..0: overscan for a TV timing, underscan for a PC timing.
 std::uint8_t ColourAndScan(std::uint8_t old, std::uint8_t videoMode, std::uint8_t row) {
     unsigned byte = old & 0x1CU;
     if (videoMode == SEP422_8) {
@@ -72,7 +72,7 @@ std::uint8_t ColourAndScan(std::uint8_t old, std::uint8_t videoMode, std::uint8_
     return static_cast<std::uint8_t>(byte);
 }
 
-// Byte 2: colorimetry, picture aspect, aspect of the active picture within it.
+// Byte 2: colorimetry, aspect ratio of the picture, aspect ratio of the active picture within it.
 std::uint8_t AspectAndColorimetry(const VModeRow& timing, std::uint8_t videoMode) {
     constexpr std::uint8_t kWide = 2;
     constexpr std::uint16_t kFewestHdLines = 750;
@@ -104,7 +104,7 @@ std::uint8_t SendBitsOf(std::uint8_t code) {
     case kMpeg:
         return kSendMpeg;
     default:
-        return 0; // rewrites the register as it is
+        return 0; // no bits to set: the register is rewritten unchanged
     }
 }
 
@@ -162,7 +162,7 @@ std::uint8_t EnableInfoFrame(std::uint8_t code) {
 
 void Control_INF_CTRL1(std::uint8_t code) {
     if (IsTXInHDMIMode() == 0) {
-        HDTX_RegWrite(HDTX_SLV1, kInfCtrl1, 0); // a DVI sink receives no data packets
+        HDTX_RegWrite(HDTX_SLV1, kInfCtrl1, 0); // a DVI sink accepts no data packets
         return;
     }
     WriteBits(HDTX_SLV1, kInfCtrl1, SendBitsOf(code), true);

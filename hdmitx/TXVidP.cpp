@@ -1,4 +1,4 @@
-// The transmitter's video input stage: what happens to the video processor's data before it is sent.
+// The transmitter's video input stage. It converts the video processor's data before they are sent.
 
 #include "hdmitx/hdmitx.h"
 
@@ -15,7 +15,7 @@ using namespace hdmitx;
 namespace {
 
 // Page 0
-constexpr std::uint8_t kHdColorimetry = 0x10; // in kInputClock: the conversion works with high-definition coefficients
+constexpr std::uint8_t kHdColorimetry = 0x10; // in kInputClock: colour conversion uses the high-definition coefficients
 constexpr std::uint8_t kVideoMode = 0x4A;
 
 // Bits of kVideoMode
@@ -26,7 +26,7 @@ constexpr std::uint8_t kColourConversion = 0x08;
 constexpr std::uint8_t kRangeExpansion = 0x10;
 constexpr std::uint8_t kDithering = 0x20;
 
-// Which of these four the port mode sets; the others of the four are cleared.
+// The bits that each port mode sets. Those of the four bits above that are not named in a row are cleared.
 constexpr std::uint8_t kPortBits = kSyncExtraction | kYcDemux | kNoUpsampling | kDithering;
 constexpr std::array<std::uint8_t, 8> kBitsOfPortMode{
     0,                                            // RGB444_8
@@ -57,14 +57,14 @@ constexpr std::uint8_t Replace(std::uint8_t value, std::uint8_t mask, std::uint8
     return static_cast<std::uint8_t>((value & ~unsigned{mask}) | bits);
 }
 
-// The input stage for the current port mode, output state and output format.
+// Computes the setting of the input stage from the current port mode, output state and output format.
 std::uint8_t VideoModeBits(std::uint8_t value) {
     if (OutVideoMode < kBitsOfPortMode.size()) {
         value = Replace(value, kPortBits, kBitsOfPortMode[OutVideoMode]);
-    } else { // no mode of an output: sync extraction and upsampling stay as they are
+    } else { // The mode is not one of an output. Sync extraction and upsampling stay as they are.
         value = Replace(value, kYcDemux | kDithering, 0);
     }
-    // A DVI sink takes RGB only.
+    // A DVI sink accepts RGB only.
     if (OutVideoMode == RGB444_8) {
         value = Replace(value, kColourConversion, 0);
     } else if (OutputState == OUTPUT_DVI && (OutVideoMode == YUV444_8 || OutVideoMode == SEP422_8)) {

@@ -1,4 +1,5 @@
-// Where the active picture lies: the DE generator for separate syncs, the decoder for embedded ones. Page 0.
+// The position of the active picture. Separate syncs need the DE generator, embedded syncs the decoder. All registers
+// are on page 0.
 
 #include "hdmitx/hdmitx.h"
 
@@ -15,7 +16,7 @@ namespace {
 
 // DE generator
 constexpr std::uint8_t kDeDelay = 0x32;
-constexpr std::uint8_t kDeControl = 0x33; // DE delay bits 9..8 in 1..0, sync polarities in 5..4, on in 6
+constexpr std::uint8_t kDeControl = 0x33; // bits 1..0: DE delay bits 9..8, bits 5..4: sync polarities, bit 6: on
 constexpr std::uint8_t kDeOn = 0x40;      // in kDeControl
 constexpr std::uint8_t kDeTop = 0x34;
 constexpr std::uint8_t kDePixels = 0x36; // low and high byte
@@ -29,7 +30,7 @@ constexpr std::uint8_t kHSyncWidth = 0x44;   // low and high byte
 constexpr std::uint8_t kVSyncOffset = 0x46;
 constexpr std::uint8_t kVSyncWidth = 0x47;
 
-// BT.656 input of 720x480 interlaced video.
+// The set-up for BT.656 input of 720x480 interlaced video.
 constexpr std::array<TxSetting, 9> kBt656Setup{{
     {HDTX_SLV0, 0x05, 0x00}, // software reset released
     {HDTX_SLV0, 0x06, 0x19},
@@ -42,7 +43,7 @@ constexpr std::array<TxSetting, 9> kBt656Setup{{
     {HDTX_SLV0, 0x82, 0x20},
 }};
 
-// Registers 0x32 to 0x47.
+// The values of registers 0x32 to 0x47 for that input.
 constexpr std::array<std::uint8_t, 22> defBT656_1440i{
     0x77, 0x70,             // DE delay 119, DE generator on, both syncs negative
     0x12, 0x00,             // DE top 18
@@ -83,11 +84,11 @@ void UpdateTX_DE(std::uint8_t row) {
     const VModeRow& timing = VModeRowAt(row);
     const bool interlaced = (timing.SyncFlags & VMODE_INTERLACED) != 0;
     Write(kDeDelay, Low(timing.DeDelay));
-    Write(kDeControl, High(timing.DeDelay) & 0x03); // off, polarities cleared
+    Write(kDeControl, High(timing.DeDelay) & 0x03); // generator off, polarity bits 0
     WriteWord(kDePixels, timing.HActive);
     Write(kDeTop, Low(timing.DeTop));
     WriteWord(kDeLines, static_cast<std::uint16_t>(interlaced ? timing.VActive >> 1 : timing.VActive));
-    // The chip's polarity bits mean negative.
+    // A polarity bit of the chip is 1 for a negative sync.
     const unsigned negative = ~unsigned{timing.SyncFlags} & (VMODE_VSYNC_POSITIVE | VMODE_HSYNC_POSITIVE);
     WriteBits(HDTX_SLV0, kDeControl, static_cast<std::uint8_t>(negative << 4), true);
 }

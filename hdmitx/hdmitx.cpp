@@ -1,4 +1,5 @@
-// The transmitter's own start-up, for an application that does not leave it to the video processor's.
+// The transmitter's own start-up. The console does not use it, since init writes a fixed register list instead. It is
+// for an application that starts the transmitter itself.
 
 #include "hdmitx/hdmitx.h"
 
@@ -31,10 +32,10 @@ constexpr std::uint8_t kAudioConfiguration22 = 0x22;
 constexpr std::uint8_t kAudioConfiguration24 = 0x24;
 constexpr std::uint8_t kAudioConfiguration1D = 0x1D;
 
-// Places in DefaultAudioConfig
+// Indexes into DefaultAudioConfig
 constexpr std::size_t kI2sInput = 0, kFsCode = 2, kRegisters22And24 = 3, kRegister1D = 4;
 
-// The rates whose N is written before anything has been measured.
+// The sample rates whose N is written at start-up, before the rate is measured.
 struct FirstRate {
     std::uint8_t code; // IEC 60958-3 channel status
     std::uint8_t rate; // kHz
@@ -63,7 +64,7 @@ std::uint8_t InitializeHDMITX() {
 
 void InitHDMITXVariable() {
     OutputState = OUTPUT_NO_SINK;
-    OldOutputState = 255; // no state: the next report prints
+    OldOutputState = 255; // no valid state, so that the next poll reports the state
     RequireConfigInfoFrame = 1;
     Default656OutEn = 0;
     DefaultDataEnable = 0;

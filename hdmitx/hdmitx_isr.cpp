@@ -1,4 +1,4 @@
-// The transmitter's interrupts, polled: they arrive as one line of the video processor.
+// The transmitter's interrupts. They arrive on one interrupt line of the video processor, which is polled.
 
 #include "hdmitx/hdmitx.h"
 
@@ -21,7 +21,7 @@ constexpr std::uint8_t kAcknowledgedOnly = 0x20;
 constexpr std::uint8_t kHdmiInterrupts = kHotPlugChange | kAcknowledgedOnly | kAudioInputEvents;
 constexpr std::uint8_t kDviInterrupts = kHotPlugChange | kAcknowledgedOnly;
 
-// What is pending from before is not to be reported, so it is acknowledged first.
+// Interrupts that are already pending must not be reported, so they are acknowledged first.
 void SetInterruptMasks(std::uint8_t interrupts) {
     HDTX_RegWrite(HDTX_SLV0, kInterruptStatus, interrupts);
     HDTX_RegWrite(HDTX_SLV0, kInterruptEnable, interrupts);

@@ -1,5 +1,6 @@
-// The timer service and the output state machine. Its clock is the control loop's pass: eight passes make a tick, four
-// ticks go through the phases, thirty-one rounds of phases make the period that the time-out and the audio check count.
+// The timer service and the output state machine. The timer service counts passes of the control loop. Eight passes are
+// one tick. The ticks run through the phases 1 to 4. Thirty-one rounds of the phases are one period, which is the unit of
+// the time-out and of the audio check.
 
 #include "hdmitx/hdmitx.h"
 
@@ -21,14 +22,14 @@ constexpr std::uint8_t kTicksPerPeriod = 31;
 constexpr std::uint8_t kConfirmations = 3;
 constexpr std::uint8_t kPeriodsToParse = 2;
 
-constexpr std::uint8_t kChooseDvi = 5; // for AssignOutputState: any value but EDID_OUTMODE_HDMI
+constexpr std::uint8_t kChooseDvi = 5; // for AssignOutputState, where every value except EDID_OUTMODE_HDMI means DVI
 
-std::uint8_t ConfirmCount = 0; // polls in a row that saw a sink while there was none
-std::uint8_t TimeOut = 0;      // periods left before an unresolved sink gets DVI
+std::uint8_t ConfirmCount = 0; // polls in a row that saw hot plug in the state without a sink
+std::uint8_t TimeOut = 0;      // periods left until a sink whose EDID could not be read gets DVI
 std::uint8_t auxTime = 0;      // passes since the last tick
-std::uint8_t TimerSrvF = 0;    // a tick is due
-std::uint8_t _8msCounter = 0;  // its phase, 1 to 4
-std::uint8_t msCounter = 0;    // phase-3 ticks of the period
+std::uint8_t TimerSrvF = 0;    // 1: a tick has begun and is not handled yet
+std::uint8_t _8msCounter = 0;  // phase of the tick, 1 to 4
+std::uint8_t msCounter = 0;    // phase-3 ticks since the start of the period
 
 void TimeService_8ms() {
     if (TimerSrvF == 0 && ++auxTime == kPassesPerTick) {
@@ -143,7 +144,7 @@ void GiveUpSink() {
     HDMITXTMDSPowerDown(1);
 }
 
-// The EDID is read twice: a channel that garbles a byte without noticing shows in the CRC.
+// The EDID is read twice. If the DDC channel changes a byte and reports no error, the CRC values of the two reads differ.
 void EDIDProcessing() {
     EDIDParseResult result{};
     if (ParseEDID(&result) != 0) {
@@ -152,7 +153,7 @@ void EDIDProcessing() {
     }
     const std::uint16_t firstCrc = result.CRC16;
     if (ParseEDID(&result) != 0) {
-        return; // the step runs again while the time-out counts
+        return; // the next poll repeats this step, until the time-out ends
     }
     if (result.CRC16 != firstCrc) {
         std::fputs(" \n\rCRC16 error, try again!\n", stderr);

@@ -16,13 +16,13 @@ constexpr std::uint8_t kHdmiControl = 0x2F;
 constexpr std::uint8_t kPowerControl = 0x3D;
 
 // Bits
-constexpr std::uint8_t kOutputPower = 0x01;    // kSystemControl
-constexpr std::uint8_t kInputClockEdge = 0x02; // kSystemControl
-constexpr std::uint8_t kHdmiMode = 0x01;       // kHdmiControl
-constexpr std::uint8_t kCorePower = 0x07;      // kPowerControl, all three
-constexpr std::uint8_t kCoreWakeUp = 0x01;     // kPowerControl
-constexpr std::uint8_t kInputClockKept = 0x03; // kInputClock
-constexpr std::uint8_t kAllResets = 0x03;      // kSoftwareReset
+constexpr std::uint8_t kOutputPower = 0x01;    // in kSystemControl
+constexpr std::uint8_t kInputClockEdge = 0x02; // in kSystemControl
+constexpr std::uint8_t kHdmiMode = 0x01;       // in kHdmiControl
+constexpr std::uint8_t kCorePower = 0x07;      // in kPowerControl: all three power bits
+constexpr std::uint8_t kCoreWakeUp = 0x01;     // in kPowerControl
+constexpr std::uint8_t kInputClockKept = 0x03; // in kInputClock: bits that stay
+constexpr std::uint8_t kAllResets = 0x03;      // in kSoftwareReset
 
 } // namespace
 

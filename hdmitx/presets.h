@@ -8,7 +8,7 @@
 
 namespace hdmitx {
 
-/// One register of a list: written, or read back, in the list's order.
+/// One register of a list. A list is written, and read back, in its order.
 struct TxSetting {
     std::uint8_t page, reg, value;
 };
@@ -33,7 +33,7 @@ inline constexpr std::array<TxSetting, 16> kTxNormalSetup{{
     {HDTX_SLV1, 0x1D, 0x48}, // audio configuration
 }};
 
-/// Writes a list in its order.
+/// Writes every register of a list, in the list's order.
 inline void WriteTxSettings(std::span<const TxSetting> settings) {
     for (const TxSetting& setting : settings) {
         HDTX_RegWrite(setting.page, setting.reg, setting.value);

@@ -1,5 +1,5 @@
 #pragma once
-// Registers that more than one part of the transmitter driver works with. The others are named where they are used.
+// Registers that several source files of the transmitter driver use. A register that one file uses is named in that file.
 
 #include <cstdint>
 
@@ -8,7 +8,7 @@ namespace hdmitx {
 // ---- Page 0 ----
 
 inline constexpr std::uint8_t kInputClock = 0x48;       // bits 7..2: clock setting, bit 4: HD colour conversion
-inline constexpr std::uint8_t kInterruptStatus = 0x71;  // a 1 written to a bit acknowledges it
+inline constexpr std::uint8_t kInterruptStatus = 0x71;  // writing 1 to a bit acknowledges its interrupt
 inline constexpr std::uint8_t kAudioInputEvents = 0x18; // in kInterruptStatus: bi-phase error, sample dropped
 
 // ---- Page 1 ----

@@ -2,7 +2,8 @@
 
 namespace {
 
-// The row for each output format of the video processor that the transmitter has a timing for.
+// For each output format of the video processor: its row in VModeTables. The transmitter has no timing for the formats
+// behind these.
 constexpr std::array<std::uint8_t, 18> kRowOfFormat{
     4,  // 720x480i60
     15, // 720x576i50

@@ -5,10 +5,11 @@
 
 namespace hdmitx {
 
-/// @return the row of VModeTables; outside the table one that is all zero
+/// @return the row of VModeTables; for an index outside the table a row that is all zero
 const VModeRow& VModeRowAt(std::uint8_t row);
 
-/// Whether the row is a TV timing: overscanned, with the narrow data range. Row 0, 640x480, counts as a PC timing.
+/// Whether the row is a TV timing. TV timings are overscanned and use the narrow data range. Row 0, 640x480, counts as a
+/// PC timing.
 constexpr bool IsCeaRow(std::uint8_t row) { return row >= 1 && row <= 27; }
 
 } // namespace hdmitx
