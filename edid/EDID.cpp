@@ -1,4 +1,4 @@
-// The way through a sink's EDID, and the accessors of what was found.
+// The parse driver: it leads through a sink's EDID. Also the functions that hand out the results.
 
 #include "edid/EDIDParse.h"
 
@@ -13,13 +13,13 @@ std::uint8_t CEAOnFisrtPage = 0;
 
 namespace {
 
-// Result of a parse that ends in another segment than its own.
+// The result of a parse that ends with another segment selected than the one it selected.
 constexpr std::uint8_t kSegmentLost = MDDC_ERROR_BIT6;
 
-// What the report calls this file, whatever the compiler does.
+// The report prints this name. __FILE__ would be the path that the compiler was given.
 constexpr const char* kFile = "EDID.cpp";
 
-// A DVI sink: its preferred timing is all there is to know.
+// A sink without an extension is a DVI sink. Only the timings of block 0 describe it.
 std::uint8_t ParseWithoutExtension(EDIDParseResult* result) {
     result->ErrCode = EDID_ERR_NO_EXTENSION;
     const std::uint8_t transfer = ParseTimingDescriptors(&result->CRC16);
@@ -27,7 +27,7 @@ std::uint8_t ParseWithoutExtension(EDIDParseResult* result) {
     return transfer;
 }
 
-// Block 1 is taken for a CEA block whatever its tag: the HDMI signature decides.
+// Block 1 is parsed as a CEA block, whatever its tag is. The HDMI signature decides whether the sink is an HDMI sink.
 std::uint8_t ParseOneExtension(EDIDParseResult* result) {
     std::uint8_t transfer = NewCheckHDMISignature(&result->ErrCode, &result->CRC16);
     if (result->ErrCode != 0) {
@@ -44,7 +44,8 @@ std::uint8_t ParseOneExtension(EDIDParseResult* result) {
     return transfer;
 }
 
-// The first block of a segment, when it is a CEA block; the second one is only checked then.
+// Parses the first block of a segment if it is a CEA block. Of the second block only the checksum is checked, and only
+// in that case.
 std::uint8_t ParseSegment(std::uint8_t segment, EDIDParseResult* result) {
     SelectSegment(segment);
     std::uint8_t isCEA = 0;
@@ -70,7 +71,8 @@ std::uint8_t ParseSegment(std::uint8_t segment, EDIDParseResult* result) {
     return CheckCRCof2ndEDIDBlock(&result->ErrCode, &result->CRC16);
 }
 
-// One pass more than extensions; the number wraps, so that the last of 256 passes comes to segment 0.
+// Makes one pass more than there are extensions. The 8-bit segment number wraps, so the last of 256 passes searches
+// segment 0.
 std::uint8_t WalkSegments(std::uint8_t extensions, EDIDParseResult* result) {
     std::uint8_t segment = 1;
     for (unsigned pass = 0; pass < extensions + 1U; ++pass) {
@@ -123,8 +125,8 @@ std::uint8_t ParseEDID(EDIDParseResult* result) {
     if (TmpD.segment == 0) {
         return transfer;
     }
-    // A failed read of the segment register shows 0xFF, and the next request then selects that segment. What was read
-    // there is not the base block, and no later parse would find that again.
+    // A failed read of the segment register gives 0xFF, and the next request then selects segment 0xFF. The bytes from
+    // there are not the base block. If segment 0 were not selected again here, no later parse would find the base block.
     SelectSegment(0);
     return transfer != 0 ? transfer : kSegmentLost;
 }

@@ -1,4 +1,4 @@
-// Block 0 of the EDID: is it one, is it whole, is it of a version that this system knows? (E-EDID 1.3)
+// Block 0 of the EDID: checks its header, its checksum and its version. (E-EDID 1.3)
 
 #include "edid/EDIDParse.h"
 
@@ -14,7 +14,8 @@ constexpr unsigned kBlockSize = 128;
 constexpr unsigned kChunk = 8;
 constexpr std::array<std::uint8_t, 8> kHeader{0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00};
 
-// A block with a wrong sum was garbled on its way or at its source: nothing in it can be believed.
+// If the sum of a block is wrong, bytes were changed on the way or are wrong in the monitor. Nothing in the block can be
+// trusted then.
 std::uint8_t CheckBlock(std::uint8_t offset, std::uint8_t* err, std::uint16_t* crc) {
     std::uint8_t sum = 0;
     const std::uint8_t result = CheckCRC(offset, &sum, crc);
@@ -75,7 +76,7 @@ std::uint8_t BasicParse(std::uint8_t* err, std::uint16_t* crc) {
     if (!Ends(result, *err)) {
         result = CheckCRCof1stEDIDBlock(err, crc);
     }
-    // Only now are the version's bytes worth a look; extension blocks have none.
+    // The version is checked last, since its bytes are valid only in a block with a good checksum.
     if (!Ends(result, *err)) {
         result = CheckEDIDVersion(err, crc);
     }

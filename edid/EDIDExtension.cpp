@@ -1,4 +1,4 @@
-// Extension blocks: which there are, and the CEA-861 extension with its HDMI signature.
+// The extension blocks: their number and kind, and the CEA-861 extension with its HDMI signature.
 
 #include "edid/EDIDParse.h"
 #include "kova/formats.h"
@@ -18,19 +18,19 @@ constexpr unsigned kSecondBlock = 128;
 constexpr std::uint8_t kCEATag = 0x02;
 constexpr std::uint8_t kBlockMapTag = 0xF0;
 
-// Within a CEA block. The timings' offset is also the end of the data block collection.
+// Offsets within a CEA block. The data block collection ends where the detailed timings start.
 constexpr unsigned kTimingsOffset = 2;
 constexpr unsigned kCapabilitiesOffset = 3;
 constexpr unsigned kCollectionOffset = 4;
 
-constexpr unsigned kLastDescriptor = 108; // a descriptor that begins above is the last one
+constexpr unsigned kLastDescriptor = 108; // a descriptor that begins above this offset is the last one
 
 constexpr std::array<std::uint8_t, 3> kHdmiOui{0x03, 0x0C, 0x00}; // IEEE OUI 0x000C03, low byte first
 
 constexpr std::uint8_t kUnderscan = 0x80;
 constexpr std::uint8_t kBasicAudio = 0x40;
 
-// Bits 5 and 4 of the capabilities: what the sink takes beside RGB, and what the transmitter then sends.
+// Bits 5 and 4 of the capabilities say which formats the sink accepts besides RGB. They decide what the transmitter sends.
 struct Colours {
     const char* supported;
     VideoMode mode;
@@ -46,14 +46,14 @@ constexpr std::array<Colours, 4> kColours{{
 }};
 // clang-format on
 
-// The CEA block under parse, in the current segment.
+// The offset of the CEA block that is being parsed, in the current segment.
 unsigned CEABlock() { return CEAOnFisrtPage != 0 ? 0 : kSecondBlock; }
 
 std::uint8_t ReadByte(unsigned address, std::uint8_t* byte, std::uint16_t* crc) {
     return ReadAndFeedEDID(address, std::span(byte, 1), crc);
 }
 
-// Addresses do not wrap here, only where they are read: so every walk reaches its end.
+// The address is not reduced to 8 bits here, only where it is read. So a loop over addresses always reaches its end.
 constexpr unsigned Next(unsigned address, std::uint8_t header) { return address + DataBlockLength(header) + 1; }
 
 std::uint8_t ParseDataBlock(std::uint8_t header, std::uint8_t offset, std::uint16_t* crc) {
@@ -125,9 +125,9 @@ std::uint8_t NewSearchForVendorSpecificBlock(std::uint8_t* address, std::uint16_
 
 std::uint8_t NewCheckHDMISignature(std::uint8_t* err, std::uint16_t* crc) {
     std::fputs(" \n\r[Read EDID] NewCheckHDMISignature()", stderr);
-    // The search's own result does not matter: failed, it has found no block. Then the signature is looked for at the
-    // start of the segment: in block 0 the header stands there, in a CEA block its revision, its timings' offset and
-    // its capabilities.
+    // The result of the search is not used. If the search failed, it found no block, and the signature is compared with
+    // the bytes at the start of the segment. These are the header in block 0. In a CEA block they are the revision, the
+    // offset of the timings and the capabilities.
     std::uint8_t address = 0;
     NewSearchForVendorSpecificBlock(&address, crc);
 

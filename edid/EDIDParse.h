@@ -1,11 +1,13 @@
 #pragma once
-// The pieces of the EDID parse among themselves. Nothing holds a block: every piece reads the bytes that it needs, at
-// most 8 at a time, within the current segment: with segment n, offset 0 is the start of block 2n, 128 that of block
-// 2n + 1. What a monitor sends is reported and stored, and nothing else is done with it: no length of its indexes
-// anything, and every walk ends at an offset of 8 bits.
+// The routines of the EDID parse, for each other's use. No routine holds a whole block. Each one reads the bytes that it
+// needs, at most 8 at a time, from the current segment. In segment n, block 2n starts at offset 0 and block 2n + 1 at
+// offset 128.
 //
-// Throughout, the result is the transfer result of BlockReadEDID, and a routine ends at the first that is not 0.
-// err and crc are those of the caller's EDIDParseResult.
+// The monitor's bytes are not trusted. They are reported and stored, but no length that a monitor sends is used as an
+// index, and every loop ends at an 8-bit offset.
+//
+// A result is the transfer result of BlockReadEDID. A routine ends at the first result that is not 0. err and crc belong
+// to the caller's EDIDParseResult.
 
 #include "edid/CRC16.h"
 #include "edid/MDDC.h"
@@ -16,10 +18,10 @@
 
 // ---- State ----
 
-/// Where the CEA block under parse lies in the current segment. 1: at offset 0; 0: at offset 128.
+/// Position in the current segment of the CEA block that is being parsed. 1: at offset 0. 0: at offset 128.
 extern std::uint8_t CEAOnFisrtPage;
 
-/// The last group of short video descriptors, as sent, and the size of the last group with a native one.
+/// The last group of short video descriptors, as sent. The count is the size of the last group that had a native format.
 extern std::array<std::uint8_t, 30> EdidVFmts;
 extern std::uint8_t EdidVFmtsCount;
 
@@ -30,11 +32,11 @@ namespace edid {
 /// Size of a detailed timing or monitor descriptor (E-EDID).
 inline constexpr unsigned kDescriptorSize = 18;
 
-// Buffers start at zero: a transfer that times out may report success and leave its buffer as it was. Then two parses
-// say the same, and no byte of an earlier read is taken for a new one.
+// A caller fills its buffer with zeros before each read. A transfer that times out may report success and leave the buffer
+// unchanged. With zeros in it, two parses give the same CRC, and no byte of an earlier read is used again.
 
-/// Selects a segment of the EDID, for the requests that follow: 0xEE. TmpD.segment keeps step: it is the segment that
-/// the chip was told last.
+/// Selects the EDID segment of the requests that follow: 0x72:0xEE. TmpD.segment also gets the number, since it always
+/// holds the segment that was written to the chip last.
 void SelectSegment(std::uint8_t segment);
 
 /// Reads bytes of the current segment without feeding them to the check value. An address beyond the segment wraps.
@@ -51,7 +53,7 @@ inline std::uint8_t ReadAndFeedEDID(unsigned address, std::span<std::uint8_t> by
     return result;
 }
 
-/// Whether the parse ends here: a transfer failed, or the EDID was found wanting.
+/// Whether the parse ends here, because a transfer failed or the EDID has an error.
 constexpr bool Ends(std::uint8_t result, std::uint8_t err) { return result != 0 || err != 0; }
 
 } // namespace edid
@@ -68,7 +70,7 @@ std::uint8_t CheckEDIDVersion(std::uint8_t* err, std::uint16_t* crc);
 /// @param sum  receives their sum modulo 256, 0 for a sound block
 std::uint8_t CheckCRC(std::uint8_t offset, std::uint8_t* sum, std::uint16_t* crc);
 
-/// Header, checksum and version of block 0, each only after the one before was found right.
+/// Checks header, checksum and version of block 0, in this order. Ends at the first one that is wrong.
 std::uint8_t BasicParse(std::uint8_t* err, std::uint16_t* crc);
 
 /// Dumps and checks the first block of the current segment: EDID_ERR_CHECKSUM.
@@ -81,12 +83,13 @@ std::uint8_t CheckCRCof2ndEDIDBlock(std::uint8_t* err, std::uint16_t* crc);
 
 namespace edid {
 
-/// What tells a format from another: totals in pixels and lines (of a field when interlaced), front porch in pixels.
+/// The numbers that identify a format: the totals in pixels and lines (lines of a field if interlaced), and the front
+/// porch in pixels.
 struct NativeTiming {
     std::uint16_t hTotal, vTotal, hFrontPorch;
 };
 
-/// SearchNativeFormat's answer when no format matches.
+/// SearchNativeFormat returns this if no format matches.
 inline constexpr std::uint8_t kNoNativeFormat = 24;
 
 /// Reads and reports bytes 2 to 17 of the detailed timing at an address.
@@ -108,7 +111,7 @@ void DecodeStandardTiming(std::span<const std::uint8_t, 8> bytes, std::uint8_t h
 /// @return whether a descriptor with these first bytes is a detailed timing: its pixel clock is not 0
 bool TestHeaderDetailedTimingDescr(std::span<const std::uint8_t, 2> bytes);
 
-/// Report a third of a detailed timing each: descriptor bytes 2 to 7, 8 to 11 and 12 to 17.
+/// Each reports one part of a detailed timing: descriptor bytes 2 to 7, 8 to 11, 12 to 17.
 void ParsingDetailedTDPart1(std::span<const std::uint8_t, 6> bytes);
 void ParsingDetailedTDPart2(std::span<const std::uint8_t, 4> bytes);
 void ParsingDetailedTDPart3(std::span<const std::uint8_t, 6> bytes);
@@ -124,16 +127,16 @@ std::uint8_t CheckFor861BExtension(std::uint8_t* count, std::uint16_t* crc);
 /// Checks that block 1 is a block map: EDID_ERR_BLOCK_MAP.
 std::uint8_t GetBlockMapTAG(std::uint8_t* err, std::uint16_t* crc);
 
-/// Sets *isCEA to 1 when the block at an offset of the current segment has the tag of a CEA-861 extension, else to 0.
-/// After a failed read it is untouched.
+/// Sets *isCEA to 1 if the block at this offset of the current segment has the tag of a CEA-861 extension, else to 0.
+/// Leaves *isCEA unchanged if the read fails.
 std::uint8_t CheckFor861BExtensionOffset(std::uint8_t* isCEA, std::uint8_t offset, std::uint16_t* crc);
 
 /// Walks the data block collection for the first vendor-specific block. Sets gbVendorSpecificBlockExist.
-/// @param address  receives the block's offset in the current segment, 0 for none
+/// @param address  receives the block's offset in the current segment, or 0 if there is none
 std::uint8_t NewSearchForVendorSpecificBlock(std::uint8_t* address, std::uint16_t* crc);
 
 /// Checks the HDMI signature (EDID_ERR_NOT_HDMI) and sets gwCECPhysicalAddr.
-/// @return the result of its last read, whether or not those before it failed
+/// @return the result of its last read; failures of the reads before are not reported
 std::uint8_t NewCheckHDMISignature(std::uint8_t* err, std::uint16_t* crc);
 
 /// Reports one CEA block: capabilities, data blocks, detailed timings.
@@ -163,29 +166,32 @@ inline constexpr std::uint8_t kSpeakerBlock = 0x80;
 
 } // namespace edid
 
-/// Replaces the offset of a data block by its header byte. After a failed read the offset is untouched.
+/// Replaces the offset of a data block by the block's header byte. Leaves the offset unchanged if the read fails.
 std::uint8_t GetCEA861BBlockTag(std::uint16_t* crc, std::uint8_t* offset);
 
-/// Report the data block whose header is at an offset.
+/// Each reports the data block whose header is at this offset.
 std::uint8_t ParsingVideoDATABlock(std::uint16_t* crc, std::uint8_t offset);
 std::uint8_t ParsingAudioDATABlock(std::uint16_t* crc, std::uint8_t offset);
 std::uint8_t ParsingSpeakerDATABlock(std::uint16_t* crc, std::uint8_t offset);
 
-/// Reports a group of up to 8 short video descriptors and keeps it in EdidVFmts, which has room for 30: whoever calls
-/// it cuts what the monitor sent into such groups.
-/// @return the code of the last one marked native, 0 for none
+/// Reports a group of short video descriptors and stores it in EdidVFmts, which has room for 30. The caller passes at
+/// most 8 descriptors.
+/// @return the code of the last descriptor that is marked native, 0 if there is none
 std::uint8_t ParsingShortTimeDescriptorBlock(const std::uint8_t* bytes, std::uint8_t count);
 
 /// Reports one short audio descriptor.
 void ParsingShortAudioDescriptor(std::span<const std::uint8_t, 3> bytes);
 
 // ---- Bounds ----
-// Whatever a monitor sends, and however it changes between reads, a parse ends after this many DDC transfers: several
-// extensions, all 256 segments searched, a CEA block in the last one. Both walks over its data blocks start 4 bytes
-// into the block and step on by at least one byte until they reach the offset where the detailed timings start, 255 at
-// most. The costliest data block takes one read for its tag, one for its length, and the 11 audio descriptors that a
-// length of 31 makes, though its tag byte said 0. Detailed timings start at 1 or later, 18 bytes apart, and the last
-// one read is the first above 108: seven, of four reads each.
+// The largest number of DDC transfers of one parse, whatever a monitor sends and however its bytes change between two
+// reads. The longest parse is that of an EDID with several extensions, where all 256 segments are searched and the last
+// one has the CEA block.
+//
+// Two loops go over the data blocks. Each starts 4 bytes into the CEA block and goes on by at least one byte, up to the
+// offset where the detailed timings start, at most 255. The longest data block takes one read for its tag, one for its
+// length, and 11 for its audio descriptors. 11 descriptors belong to a length of 31, which a monitor can send in the
+// second read even if its tag byte was 0 in the first one. Detailed timings start at offset 1 or later and are 18 bytes
+// apart. The last one that is read is the first one above 108, so there are at most seven, with four reads each.
 
 namespace edid {
 

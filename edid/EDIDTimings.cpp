@@ -1,4 +1,4 @@
-// The timings of block 0, and detailed timings wherever they stand. (E-EDID 1.3)
+// The timings of block 0, and the detailed timings of all blocks. (E-EDID 1.3)
 
 #include "edid/EDIDParse.h"
 #include "kova/formats.h"
@@ -14,7 +14,8 @@ constexpr std::array<unsigned, 2> kStandardOffsets{38, 46}; // timings 1 to 4, 5
 constexpr unsigned kDescriptorOffset = 54;
 constexpr unsigned kDescriptors = 4;
 
-// From bit 7 of the first byte down; the rest of the third byte is the manufacturer's.
+// In the order of the bits, from bit 7 of the first byte down. The other bits of the third byte belong to the
+// manufacturer.
 constexpr std::array<const char*, 17> kEstablishedTimings{
     "720 x 400 @ 70Hz",   "720 x 400 @ 88Hz",  "640 x 480 @ 60Hz",  "640 x 480 @ 67Hz",  "640 x 480 @ 72Hz",
     "640 x 480 @ 75Hz",   "800 x 600 @ 56Hz",  "800 x 600 @ 60Hz",  "800 x 600 @ 72Hz",  "800 x 600 @ 75Hz",
@@ -54,7 +55,7 @@ constexpr std::array<NativeFormat, 16> defNativeDVIFrmt{{
 constexpr unsigned High(std::uint8_t byte) { return byte >> 4; }
 constexpr unsigned Low(std::uint8_t byte) { return byte & 0x0FU; }
 
-// A number of 12 bits, or of 10, whose upper bits stand elsewhere.
+// Joins a number of 12 or 10 bits. Its upper bits are in another byte.
 constexpr unsigned Join(unsigned upper, std::uint8_t lower) { return upper << 8 | lower; }
 
 struct Active {
@@ -95,7 +96,7 @@ std::uint8_t ParseStandardTimings(std::uint8_t half, std::uint16_t* crc) {
     return 0;
 }
 
-// Only the first detailed timing counts, the sink's preferred one.
+// Only the first detailed timing is used. It is the sink's preferred timing.
 std::uint8_t ParseFirstDetailedTiming(NativeTiming* timing, std::uint16_t* crc) {
     std::fputs(" \r\n[Read EDID] Detailed Timing: ", stderr);
     for (unsigned i = 0; i < kDescriptors; ++i) {

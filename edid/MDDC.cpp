@@ -11,16 +11,16 @@ namespace {
 
 // Page 0
 constexpr std::uint8_t kAbortEnd = 0xEC;
-constexpr std::uint8_t kRequest = 0xED; // to kCommand, an MDDCRequest
+constexpr std::uint8_t kRequest = 0xED; // the first of the registers up to kCommand, which take an MDDCRequest
 constexpr std::uint8_t kSegment = 0xEE;
 constexpr std::uint8_t kStatus = 0xF2;
 constexpr std::uint8_t kCommand = 0xF3;
 constexpr std::uint8_t kFifo = 0xF4;
 
-// kStatus
+// Bits of kStatus
 constexpr std::uint8_t kInProgress = 0x10;
 
-// kCommand
+// Commands for kCommand
 constexpr std::uint8_t kPrepare = 0x09;
 constexpr std::uint8_t kRead = 0x02;
 constexpr std::uint8_t kReadSegment = 0x04;
@@ -38,7 +38,7 @@ std::uint8_t Start(const MDDCRequest& request) {
     return BlockWriteHDMITXP0(kRequest, registers.size(), registers.data());
 }
 
-// Polls without a delay: each status read is a driver call, which paces the loop.
+// Polls without a delay. Each read of the status is a call of the driver, and that takes time enough.
 bool Completes(const MDDCRequest& request) {
     auto budget = static_cast<std::uint8_t>(request.countLow + kPollsBeyondCount);
     while ((HDTX_RegRead(HDTX_SLV0, kStatus) & kInProgress) != 0) {
@@ -134,7 +134,7 @@ std::uint8_t BlockReadEDID(std::uint8_t count, std::uint8_t offset, std::uint8_t
             .countLow = count,
             .countHigh = 0,
             .status = 0,
-            // Monitors without segments need not know the segment pointer, so segment 0 goes without it.
+            // A monitor without further segments may not know the segment pointer, so segment 0 is read without it.
             .command = segment != 0 ? kReadSegment : kRead,
             .data = buffer};
     return ReleaseBuffer(BlockRead_MDDC(&TmpD));
