@@ -6,7 +6,7 @@ using kova::AsResult;
 
 namespace {
 
-// The chip's address on its bus.
+// Address of the chip on the bus.
 constexpr std::uint8_t kSlave = 0xDC;
 
 } // namespace
@@ -22,7 +22,8 @@ std::uint8_t KOVA_I2C_Write(std::uint8_t /*slave*/, std::uint16_t addr, const st
 
 std::uint8_t KOVA_I2C_Read(std::uint8_t /*slave*/, std::uint16_t addr, std::uint16_t* buf, std::uint16_t count) {
     for (unsigned k = 0; k < count / 2U; ++k) {
-        // The first byte of a transfer is the high one; -1 of a failed transfer becomes 0xFFFF.
+        // The first byte of a transfer is the high byte of the register. A failed transfer returns -1, which becomes
+        // 0xFFFF here.
         const auto result = static_cast<std::uint32_t>(read_kova(s_fd, static_cast<std::uint16_t>(addr + k), 0, 0));
         buf[k] = static_cast<std::uint16_t>((result & 0xFF) << 8 | ((result >> 8) & 0xFF));
     }

@@ -1,46 +1,49 @@
 #pragma once
-// The video processor's registers: 16 bits wide at 16-bit word addresses. Each word is one transfer after a pause of
-// 100 µs, nothing is cached.
+// Access to the registers of the video processor. Each register is 16 bits wide and has a 16-bit word address. Each
+// access to a register is one transfer, after a pause of 100 µs. No register value is cached.
 //
-// A failed transfer stops nothing and shows in no result code of this driver. It leaves a message on standard output; a
-// read gives 0xFFFF, and the change of a field then writes ones into the rest of its register. Whoever must know reads
-// back.
+// A failed transfer prints a message on standard output. It does not stop a sequence, and no result code of this driver
+// reports it. A failed read gives 0xFFFF. When the read of a read-modify-write fails, the write therefore puts ones into the
+// other bits of the register. To check a write, read the register back.
 
 #include <cstdint>
 
 /// Result codes of every function of this driver.
 enum KovaResult : std::uint8_t {
     KOVA_NO_ERROR = 0,       ///< success
-    KOVA_I2C_ERROR = 1,      ///< a step below failed: a format, mode or number out of its range, never a transfer
-    KOVA_INVALID_FORMAT = 2, ///< a format or mode out of range
-    KOVA_INVALID_PARAM = 3,  ///< a bit field's position or width out of range
+    KOVA_I2C_ERROR = 1,      ///< a step failed: a format, a mode or a number is out of range. Never a failed transfer.
+    KOVA_INVALID_FORMAT = 2, ///< a format or a mode is out of range
+    KOVA_INVALID_PARAM = 3,  ///< the position or the width of a bit field is out of range
 };
 
 namespace kova {
 
-/// What a sequence returns that stops at its first failing step: steps joined by ||.
+/// Result code of a sequence. The steps of a sequence are joined by ||, so the sequence stops at its first failing
+/// step.
 constexpr std::uint8_t AsResult(bool failed) { return failed ? KOVA_I2C_ERROR : KOVA_NO_ERROR; }
 
 } // namespace kova
 
-/// Local register update: 1 written here makes the staged settings take effect.
+/// Register of the local register update. Writing 1 makes the staged settings take effect.
 inline constexpr std::uint16_t KOVA_LOCAL_UPDATE = 0x4C4;
 
-/// Writes a block of consecutive registers in ascending order, at the transfer level.
-/// @param slave  the chip's bus address; the device node reaches the one chip without it
-/// @param count  bytes, even: word k of buf goes to register addr + k
-/// @return 0
+/// Writes consecutive registers in ascending order, one transfer for each. This is the transfer level.
+/// @param slave  bus address of the chip. It is not used: the device node reaches only this chip.
+/// @param buf    word k goes to register addr + k
+/// @param count  number of bytes in buf, even
+/// @return 0, also when a transfer fails
 std::uint8_t KOVA_I2C_Write(std::uint8_t slave, std::uint16_t addr, const std::uint16_t* buf, std::uint16_t count);
 
-/// Reads a block of consecutive registers in ascending order, at the transfer level. Arguments as KOVA_I2C_Write.
-/// @return 0; a failed word reads 0xFFFF
+/// Reads consecutive registers in ascending order, one transfer for each. The parameters are those of KOVA_I2C_Write.
+/// @return 0, also when a transfer fails. A word whose transfer fails becomes 0xFFFF.
 std::uint8_t KOVA_I2C_Read(std::uint8_t slave, std::uint16_t addr, std::uint16_t* buf, std::uint16_t count);
 
-/// Writes count / 2 words of buf to the registers from addr on.
+/// Writes count / 2 words of buf to register addr and the registers after it. count must be even.
 /// @return KOVA_NO_ERROR
 std::uint8_t KOVA_MultiWrite(std::uint16_t addr, const std::uint16_t* buf, std::uint16_t count);
 
-/// Reads count / 2 words into buf from the registers from addr on: 0xFFFF for a failed one.
+/// Reads register addr and the registers after it into count / 2 words of buf. count must be even. A word whose
+/// transfer fails becomes 0xFFFF.
 /// @return KOVA_NO_ERROR
 std::uint8_t KOVA_MultiRead(std::uint16_t addr, std::uint16_t* buf, std::uint16_t count);
 
@@ -48,12 +51,14 @@ std::uint8_t KOVA_MultiRead(std::uint16_t addr, std::uint16_t* buf, std::uint16_
 /// @return KOVA_NO_ERROR
 std::uint8_t KOVA_RegWrite(std::uint16_t addr, std::uint16_t value);
 
-/// Reads one register into *value: 0xFFFF after a failed transfer.
+/// Reads one register into *value. *value becomes 0xFFFF when the transfer fails.
 /// @return KOVA_NO_ERROR
 std::uint8_t KOVA_RegRead(std::uint16_t addr, std::uint16_t* value);
 
-/// Writes a bit field of one register by read, modify, write: two transfers.
-/// @param pos  lowest bit, 0 to 15   @param width  1 to 16, pos + width at most 16
-/// @param data  right-aligned; bits above the width are dropped
-/// @return KOVA_NO_ERROR; KOVA_INVALID_PARAM without any transfer for a field outside the register
+/// Writes one bit field of a register by a read-modify-write: two transfers. The other bits of the register stay as
+/// they were read.
+/// @param pos    lowest bit of the field, 0 to 15
+/// @param width  1 to 16; pos + width is at most 16
+/// @param data   value of the field, right-aligned. Bits above the width are dropped.
+/// @return KOVA_NO_ERROR. KOVA_INVALID_PARAM, without any transfer, when the field does not lie inside the register.
 std::uint8_t KOVA_RegField(std::uint16_t addr, std::uint16_t pos, std::uint16_t width, std::uint16_t data);

@@ -17,7 +17,7 @@ constexpr Field kPortOptions{0x401, 0, 4};
 constexpr Field kOutWindowShown{0x4B0, 5, 1};
 constexpr Field kDarkScreen{0x4C2, 1, 1};
 constexpr Field kOutPattern{0x4C2, 2, 4};
-// Which field freezes the main picture is not known; the chip's dark screen is the nearest known effect.
+// The field that freezes the main picture is not known. Of the known fields, the dark screen has the nearest effect.
 constexpr Field kMainFreeze = kDarkScreen;
 
 constexpr std::uint16_t kDeviceId = 0x004;
@@ -29,12 +29,12 @@ constexpr std::uint16_t kHFrequency = 0x4E2;
 constexpr std::uint16_t kLinesField1 = 0x4E8;
 constexpr std::uint16_t kLinesField2 = 0x4E9;
 
-// In kInputPattern, besides the pattern's number in bits 4..2.
+// Other bits of kInputPattern. The number of the pattern is in bits 4..2.
 constexpr unsigned kPatternRgb = 0x20;
 constexpr unsigned kPatternWide = 0x02;
 constexpr unsigned kPatternInterlaced = 0x01;
 
-// In kMeasure and in the results.
+// kReady is in kMeasure, kValid in each result register.
 constexpr unsigned kReady = 0x8000;
 constexpr unsigned kValid = 0x8000;
 
@@ -42,13 +42,13 @@ constexpr int kMostPolls = 5000;
 
 bool IsMultiplexed(const SrcVideoInfo& src) { return src.mode > SEP422_10; }
 
-// Before every read of a status register the select register is written.
+// Reads a status register. The chip needs a write of the select register before each such read.
 std::uint8_t ReadStatus(std::uint16_t addr, std::uint16_t& value) {
     constexpr std::uint16_t kSelected = 9;
     return AsResult(KOVA_RegWrite(kStatusSelect, kSelected) || KOVA_RegRead(addr, &value));
 }
 
-// A chip that never gets ready leaves ready false.
+// Polls until the measurement is ready. ready stays false when the chip does not finish it in kMostPolls polls.
 std::uint8_t AwaitMeasurement(bool& ready) {
     ready = false;
     for (int poll = 0; poll < kMostPolls && !ready; ++poll) {
@@ -61,7 +61,8 @@ std::uint8_t AwaitMeasurement(bool& ready) {
     return KOVA_NO_ERROR;
 }
 
-// Requests one measurement and reads its result registers; they stay 0, not valid, without one.
+// Requests one measurement and reads its result registers. When the measurement does not get ready, the results stay 0,
+// which is not valid.
 template <std::size_t N>
 std::uint8_t Measure(const std::array<std::uint16_t, N>& registers, std::array<std::uint16_t, N>& results) {
     bool ready = false;
@@ -122,7 +123,7 @@ std::uint8_t KOVAAPI_GetSyncHfreq(std::uint16_t* value) {
     if (Measure({kHFrequency}, result)) {
         return KOVA_I2C_ERROR;
     }
-    // All ones is what a failed read leaves.
+    // A failed read gives 0xFFFF.
     if ((result[0] & kValid) != 0 && result[0] != 0xFFFF) {
         *value = result[0] & 0x7FFF;
     }
@@ -171,7 +172,7 @@ std::uint8_t KOVAAPI_SetSrcPtrnMode(const SrcVideoInfo* src) {
     if (Write(kPortOptions, 0xC) || KOVA_RegWrite(port.position, 0)) {
         return KOVA_I2C_ERROR;
     }
-    // Only a multiplexed source has its syncs and its scan changed.
+    // Sync type and scan change only for a multiplexed source.
     if (IsMultiplexed(*src) && (Write(kSyncType1, 0) || Write(kSyncType2, 1) || Write(port.patternScan, 1))) {
         return KOVA_I2C_ERROR;
     }
