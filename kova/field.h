@@ -1,5 +1,5 @@
 #pragma once
-// Named register fields, and what every setter is made of.
+// Named register fields, and the functions from which every setter is built.
 
 #include "kova/regs.h"
 
@@ -15,17 +15,17 @@ struct Field {
     std::uint8_t width;
 };
 
-/// Writes a field by read, modify, write. Bits of value above the field are dropped.
+/// Writes a field by a read-modify-write. Bits of value above the width of the field are dropped.
 inline std::uint8_t Write(Field field, std::uint16_t value) {
     return KOVA_RegField(field.addr, field.pos, field.width, value);
 }
 
-/// Writes words to the registers from addr on.
+/// Writes words to register addr and the registers after it.
 inline std::uint8_t Write(std::uint16_t addr, std::span<const std::uint16_t> words) {
     return KOVA_MultiWrite(addr, words.data(), static_cast<std::uint16_t>(words.size_bytes()));
 }
 
-/// Makes the staged settings take effect.
+/// Makes the local register update: the staged settings take effect.
 inline std::uint8_t LocalUpdate() { return KOVA_RegWrite(KOVA_LOCAL_UPDATE, 1); }
 
 inline std::uint8_t SetAndUpdate(Field field, std::uint16_t value) {

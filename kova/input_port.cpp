@@ -32,14 +32,14 @@ constexpr std::array<ModeRow, kSrcModes> kModes{{
 }};
 // clang-format on
 
-// The attributes that come from the format table; the others follow from mode and format.
+// The flags that come from the format table. All other flags follow from the mode and the format.
 constexpr unsigned kTableFlags = 0x3FF8;
 
 std::uint16_t Flags(std::uint8_t frmt, std::uint16_t table, std::uint16_t mode) {
     return static_cast<std::uint16_t>((table & kTableFlags) | mode | (IsHdSrcFormat(frmt) ? unsigned{VIDFLAG_HD} : 0U));
 }
 
-// y has seven bits above the nine of x.
+// The position register holds x in bits 8..0 and y in bits 15..9.
 std::uint16_t Position(std::uint16_t x, std::uint16_t y) { return static_cast<std::uint16_t>((y & 0x7FU) << 9 | x); }
 
 std::uint8_t WriteClockDelay(const SrcVideoInfo& src) {
@@ -88,7 +88,7 @@ std::uint8_t KOVAAPI_SetSrcPortMode(SrcVideoInfo* src) {
 
 std::uint8_t KOVAAPI_SetSrcVideoAUX(const SrcVideoInfo* src) {
     const PortRegs& port = PortOf(*src);
-    // On port B these two are fixed.
+    // Port B has fixed values for these two options.
     const bool compHsync = OnPortA(*src) && (src->auxFlags & SRCAUX_COMP_HSYNC) != 0;
     const bool inputField = !OnPortA(*src) || (src->auxFlags & SRCAUX_INPUT_FIELD) != 0;
     // clang-format off

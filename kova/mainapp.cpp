@@ -54,7 +54,7 @@ void PrepareDeinterlacer() {
 }
 
 void PrepareFilters() {
-    // Null: the built-in coefficients.
+    // A null pointer selects the built-in coefficients.
     KOVAAPI_SetSurfaceFilterCoef(nullptr);
     KOVAAPI_SetPeakingFilterCoef(nullptr);
     KOVAAPI_SetColorEnhFilterCoef(nullptr);
@@ -103,7 +103,7 @@ void SwitchOutputsOn() {
     KOVAAPI_DisplayOutWindow(1);
 }
 
-// Reading back shows on the console what the transmitter took: every transfer leaves its trace line.
+// Every transfer prints a trace line. Reading the registers back therefore shows their values on the console.
 std::uint8_t StartTransmitter() {
     hdmitx::WriteTxSettings(hdmitx::kTxNormalSetup);
     std::fputs("\n$$$$$$$$$$$$$$ HDMI Read Teset $$$$$$$$$$\n\n", stdout);

@@ -3,9 +3,12 @@
 
 #include <cstdint>
 
-/// Brings up the video path from 704x480 interlaced at 60 Hz, Y/C multiplexed 10 bits on port A, to 1280x1024 at 60 Hz
-/// RGB, and writes the transmitter's start-up registers. Waits for the chip's device ID first; when it does not come
-/// within 100,000 reads, a message says so and nothing else is done. A failed transfer stops nothing: see regs.h. Fills
-/// stSrcVideoInfo and stOutVideoInfo. May be run again at any time.
-/// @return the last transmitter register read back, 0 without a device ID: nothing to go by
+/// Sets up the whole video path and writes the start-up registers of the transmitter. The source is 704x480 interlaced
+/// at 60 Hz, Y/C multiplexed, 10 bits, on port A. The output is 1280x1024 at 60 Hz, RGB. Fills stSrcVideoInfo and
+/// stOutVideoInfo. May be called again at any time.
+///
+/// The function first waits for the device ID of the chip. When 100,000 reads do not give this ID, the function prints
+/// a message and changes nothing. A failed transfer does not stop the sequence (see regs.h).
+/// @return the value of the last transmitter register that was read back, or 0 without a device ID. The value does not
+///         tell whether the sequence succeeded.
 std::uint8_t CreateKOVAAPIVideoInstance();

@@ -24,7 +24,7 @@ constexpr Field kPrecision10 {0x455,  2, 1}; // 1: 10 bits, 0: 8 bits
 /// The widest picture that is stored with 10 bits.
 constexpr std::uint16_t kWidest10Bit = 768;
 
-/// Outputs that run at 8 bits whatever the width of the stored picture.
+/// Output formats for which the precision is 8 bits, whatever the width of the stored picture is.
 constexpr std::array<std::uint8_t, 7> k8BitOutputs{
     VIDOUT_1920x1080p60, VIDOUT_1920x1080p50, VIDOUT_1024x768p75,  VIDOUT_1280x1024p60,
     VIDOUT_1280x1024p75, VIDOUT_1440x900p60,  VIDOUT_1680x1050p60,

@@ -1,19 +1,19 @@
 #pragma once
-// The two input ports. Most port registers hold one field for each side by side.
+// The two input ports. Most port registers hold two fields side by side, one for each port.
 
 #include "kova/field.h"
 #include "kova/formats.h"
 
 namespace kova {
 
-/// The type of the input syncs, in two parts; one type for both ports.
+/// The type of the input syncs, in two fields. Both ports share it.
 inline constexpr Field kSyncType1{0x402, 4, 2};
 inline constexpr Field kSyncType2{0x402, 12, 2};
 
 struct PortRegs {
     Field ycOffset, cbcrSwap, highTopField, inputField, compHsync, scan, patternScan;
-    Field positionX, positionY;     ///< the two fields of position
-    std::uint16_t position;         ///< offsets of the picture from the port's syncs
+    Field positionX, positionY;     ///< the two fields of the register position
+    std::uint16_t position;         ///< offset of the picture from the syncs of the port
     std::uint16_t windowW, windowH; ///< source window
     std::uint16_t clockDelay;
 };

@@ -3,8 +3,8 @@
 // access to a register is one transfer, after a pause of 100 µs. No register value is cached.
 //
 // A failed transfer prints a message on standard output. It does not stop a sequence, and no result code of this driver
-// reports it. A failed read gives 0xFFFF. When the read of a read-modify-write fails, the write therefore puts ones into the
-// other bits of the register. To check a write, read the register back.
+// reports it. A failed read gives 0xFFFF. When the read of a read-modify-write fails, the write therefore puts ones
+// into the other bits of the register. To check a write, read the register back.
 
 #include <cstdint>
 

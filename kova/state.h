@@ -1,20 +1,20 @@
 #pragma once
-// What the driver's setters remember among themselves. All zero at program start; used by the shell thread only.
+// State that the setters of the driver share. All of it is zero at program start. Only the shell thread uses it.
 
 #include "kova/formats.h"
 
 #include <cstdint>
 
-// ---- Windows, as last written to the chip ----
+// ---- The windows that were written to the chip last ----
 
 extern VideoWindow stKOVASrcWIN;  ///< source window after clipping and decimation
-extern VideoWindow stKOVADstWIN;  ///< the decimator's destination
+extern VideoWindow stKOVADstWIN;  ///< destination of the decimator
 extern VideoWindow stKOVAZoomWIN; ///< the part of the picture that is scaled
-extern VideoWindow stKOVAViewWIN; ///< where it is shown on the output
+extern VideoWindow stKOVAViewWIN; ///< the area of the output in which the zoom window is shown
 
 namespace kova {
 
-/// Whether the picture is shown at less than half its height, in whole lines.
+/// Tells whether the picture is shown at less than half of its height. The half is rounded down to whole lines.
 inline bool ShrinksBelowHalf() { return stKOVAViewWIN.h < stKOVADstWIN.h / 2; }
 
 } // namespace kova
@@ -52,20 +52,20 @@ enum DeintNRUse : std::uint8_t {
     DEINT_NR_CUR_MOTION_SEL = 0xC0,
 };
 
-/// What the deinterlacer is forced to, and what the caller chose.
+/// State of the deinterlacer: the modes that the driver forces, and the choices of the caller.
 struct DeintState {
-    std::uint8_t state;    ///< DeintStateBit
-    std::uint8_t v2tab;    ///< bit 0: the caller's V2TAB choice
-    std::uint16_t choices; ///< DeintChoice
-    std::uint8_t nrUse;    ///< DeintNRUse: where the caller wants noise reduction
+    std::uint8_t state;    ///< DeintStateBit bits
+    std::uint8_t v2tab;    ///< bit 0: the caller's choice for V2TAB
+    std::uint16_t choices; ///< DeintChoice bits and fields: the caller's choices
+    std::uint8_t nrUse;    ///< DeintNRUse bits and field: where the caller wants noise reduction
 };
 
 extern DeintState stKOVADeint;
 
 // ---- Scaler, clocks, memory ----
 
-extern std::uint8_t KOVAMFCCoef;   ///< loaded scaler set: 0 none yet, 1 normal, 2 for shrinking to less than half
-extern std::uint16_t KOVAPLLClock; ///< video clock PLL source as last set
+extern std::uint8_t KOVAMFCCoef;   ///< loaded scaler filters: 0 none yet, 1 normal set, 2 set for below half height
+extern std::uint16_t KOVAPLLClock; ///< source of the video clock, as set last
 
 extern MemoryConfig stKOVAMemory;
-extern ClockDelay stSrcVideoClock; ///< input clock delay of the source that the start-up sequence sets up
+extern ClockDelay stSrcVideoClock; ///< input clock delay that the start-up sequence gives to the source

@@ -42,7 +42,7 @@ constexpr int kMostPolls = 5000;
 
 bool IsMultiplexed(const SrcVideoInfo& src) { return src.mode > SEP422_10; }
 
-// Reads a status register. The chip needs a write of the select register before each such read.
+// Reads a status register. The select register is written before every such read.
 std::uint8_t ReadStatus(std::uint16_t addr, std::uint16_t& value) {
     constexpr std::uint16_t kSelected = 9;
     return AsResult(KOVA_RegWrite(kStatusSelect, kSelected) || KOVA_RegRead(addr, &value));
