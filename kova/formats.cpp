@@ -10,7 +10,7 @@ std::uint8_t SrcVideoFrmt = 0;
 
 namespace {
 
-// The sync data of the DAC begin and end alike for every format.
+// The sync data of the DAC has the same first and the same last words for every format.
 constexpr std::array<std::uint16_t, 9> kDacHead{0x004C, 0x0099, 0x00E5, 0x017F, 0x01CC, 0x0218, 0x0266, 0x0133, 0x0133};
 constexpr std::array<std::uint16_t, 7> kDacTail{0x02CD, 0x02CD, 0x02CD, 0x8133, 0x83FF, 0x8099, 0x8367};
 
@@ -24,7 +24,7 @@ constexpr DacData DacRow(const std::array<std::uint16_t, 21>& middle) {
 
 // clang-format off
 
-// Formats that share their sync data.
+// Sync data that several formats share.
 constexpr DacData kDac640x480  = DacRow({0x0030, 0x0061, 0x0190, 0x0010, 0x0071, 0xF001, 0x0003, 0x0024, 0x0204});
 constexpr DacData kDac800x600  = DacRow({0x0040, 0x0080, 0x0210, 0x0028, 0x00D8, 0xF001, 0x0005, 0x001B, 0x0273});
 constexpr DacData kDac1024x768 = DacRow({0x0044, 0x0088, 0x02A0, 0x0018, 0x0128, 0xF001, 0x0007, 0x0023, 0x0323});
@@ -80,9 +80,12 @@ constexpr std::array<OutVideoRow, VIDOUT_COUNT> defKOVAOutVideo{{
     {0x0128, 1920, 1080}, // 1920x1080p60RB
 }};
 
-// The groups: registers 0x484 to 0x486 (SYNC_SETUP) | H total, active start, active end, sync end, sync start |
-// V total, active start, active end, sync end, sync start | the second field's V active start, active end, sync end,
-// sync start, H position of its V sync | PLL P, M, S.
+// The columns of a row, in groups:
+// registers 0x484 to 0x486 (SYNC_SETUP);
+// H total, H active start, H active end, H sync end, H sync start;
+// V total, V active start, V active end, V sync end, V sync start;
+// second field: V active start, V active end, V sync end, V sync start, horizontal position of the vertical sync;
+// PLL P, M, S.
 constexpr std::array<SyncTiming, VIDOUT_COUNT> defKOVAOutSync{{
     {20,10,276,  858,120, 840, 63,1,  525,22, 262, 7,4, 285,   0,269,266, 430,  4, 16,3}, // 720x480i60
     {20,10,323,  864,133, 853, 64,1,  625,23, 311, 4,1, 336, 624,316,313, 433,  4, 16,3}, // 720x576i50

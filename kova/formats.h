@@ -1,5 +1,5 @@
 #pragma once
-// What enters the chip and what leaves it: formats and modes, the two records that describe the picture, and the tables
+// The source and the output of the chip: formats and modes, the two records that describe the picture, and the tables
 // from which the driver completes the records.
 
 #include <array>
@@ -7,7 +7,7 @@
 
 // ---- Modes and formats ----
 
-/// How the data come over a port. The two modes of port B exist for a source only.
+/// How the picture data is carried on a port. The two modes of port B are for a source only.
 enum VideoMode : std::uint8_t {
     RGB444_8 = 0,    ///< RGB 4:4:4, 8 bits, separate syncs
     YUV444_8 = 1,    ///< YCbCr 4:4:4, 8 bits, separate syncs
@@ -23,7 +23,7 @@ enum VideoMode : std::uint8_t {
 inline constexpr unsigned kSrcModes = 10;
 inline constexpr unsigned kOutModes = 8;
 
-/// Source formats: rows of defKOVASrcVideo.
+/// Source formats. They are the row numbers of defKOVASrcVideo.
 enum SrcVideoFormat : std::uint8_t {
     VIDSRC_704x480i60,
     VIDSRC_720x576i50,
@@ -40,7 +40,7 @@ enum SrcVideoFormat : std::uint8_t {
     VIDSRC_COUNT
 };
 
-/// Output formats: rows of the four output tables. RB: reduced blanking.
+/// Output formats. They are the row numbers of the four output tables. RB means reduced blanking.
 enum OutVideoFormat : std::uint8_t {
     VIDOUT_720x480i60,
     VIDOUT_720x576i50,
@@ -71,7 +71,7 @@ enum OutVideoFormat : std::uint8_t {
 
 namespace kova {
 
-/// High-definition formats carry ITU-R BT.709 colours.
+/// High-definition formats use the colours of ITU-R BT.709.
 constexpr bool IsHdSrcFormat(unsigned frmt) { return frmt >= VIDSRC_1280x720p60 && frmt <= VIDSRC_1920x1080i50; }
 constexpr bool IsHdOutFormat(unsigned frmt) { return frmt >= VIDOUT_1280x720p60 && frmt <= VIDOUT_1920x1080p50; }
 
@@ -79,20 +79,20 @@ constexpr bool IsHdOutFormat(unsigned frmt) { return frmt >= VIDOUT_1280x720p60 
 
 // ---- Attributes ----
 
-/// Bits of a record's flags.
+/// Bits of the flags in both records.
 enum VideoFlag : std::uint16_t {
-    VIDFLAG_YCBCR = 0x0001,       ///< YCbCr; clear: RGB
+    VIDFLAG_YCBCR = 0x0001,       ///< set: YCbCr; clear: RGB
     VIDFLAG_422 = 0x0002,         ///< 4:2:2
-    VIDFLAG_8BIT = 0x0004,        ///< 8-bit data; in the source also: the frame memory must run at 8-bit precision
-    VIDFLAG_PROGRESSIVE = 0x0008, ///< progressive scan; clear: interlaced
-    VIDFLAG_VSYNC_HIGH = 0x0010,  ///< output: vertical sync active high
-    VIDFLAG_HSYNC_HIGH = 0x0020,  ///< output: horizontal sync active high
-    VIDFLAG_TABLE_OUT = 0x0100,   ///< output: set in every row of the format table; makes 0x498 0x4D, not 0x4C
+    VIDFLAG_8BIT = 0x0004,        ///< 8-bit data. In the source record also: the frame memory must use 8-bit precision.
+    VIDFLAG_PROGRESSIVE = 0x0008, ///< set: progressive scan; clear: interlaced
+    VIDFLAG_VSYNC_HIGH = 0x0010,  ///< output only: vertical sync is active high
+    VIDFLAG_HSYNC_HIGH = 0x0020,  ///< output only: horizontal sync is active high
+    VIDFLAG_TABLE_OUT = 0x0100,   ///< output only, set in every row of the table. Set: 0x498 gets 0x4D; clear: 0x4C.
     VIDFLAG_HD = 0x4000,          ///< high-definition colorimetry
-    VIDFLAG_PORT_A = 0x8000,      ///< source: on port A; clear: on port B
+    VIDFLAG_PORT_A = 0x8000,      ///< source only, set: port A; clear: port B
 };
 
-/// Bits of a source record's auxFlags.
+/// Bits of auxFlags in the source record.
 enum SrcAux : std::uint8_t {
     SRCAUX_COMP_HSYNC = 0x01,     ///< composite horizontal sync, port A only
     SRCAUX_HIGH_TOP_FIELD = 0x02, ///< high top field ID
@@ -100,38 +100,38 @@ enum SrcAux : std::uint8_t {
     SRCAUX_CBCR_SWAP = 0x08,      ///< Cb and Cr swapped
 };
 
-/// Bits of an output record's auxFlags.
+/// Bits of auxFlags in the output record.
 enum OutAux : std::uint16_t {
     OUTAUX_VSYNC_VACT = 0x0001,    ///< V sync used as V active
     OUTAUX_HSYNC_HACT = 0x0002,    ///< H sync used as H active
     OUTAUX_VACT_INVERT = 0x0004,   ///< V active inverted
     OUTAUX_HACT_INVERT = 0x0008,   ///< H active inverted
     OUTAUX_DE_MODE1 = 0x0010,      ///< data enable mode 1
-    OUTAUX_DE_MODE0 = 0x0020,      ///< data enable mode 0; neither bit: mode 2
+    OUTAUX_DE_MODE0 = 0x0020,      ///< data enable mode 0. Mode 2 when neither of the two bits is set.
     OUTAUX_DAC_PBPR_SWAP = 0x0200, ///< Pb and Pr swapped at the DAC
     OUTAUX_DIG_CBCR_SWAP = 0x8000, ///< Cb and Cr swapped at the digital output
 };
 
 // ---- Pieces of the records ----
 
-/// A picture area in pixels and lines.
+/// An area of a picture: w and x in pixels, h and y in lines.
 struct VideoWindow {
     std::uint16_t w = 0, h = 0, x = 0, y = 0;
 
     bool operator==(const VideoWindow&) const = default;
 };
 
-/// A clock delay. Fine must be below 4, as coarse begins above its two bits.
+/// A clock delay. The chip gets the value coarse * 4 + fine, so fine must be below 4. The unit is not known.
 struct ClockDelay {
     std::uint8_t coarse{}, fine{};
 };
 
 namespace kova {
 
-/// Whether a caller's window is to be used: it has a width and a height.
+/// A window of the caller is used only when it has a width and a height.
 constexpr bool IsInUse(const VideoWindow& win) { return win.w != 0 && win.h != 0; }
 
-/// The value that goes to the chip.
+/// The register value of a clock delay.
 constexpr std::uint16_t DelayValue(const ClockDelay& delay) {
     return static_cast<std::uint16_t>(delay.coarse * 4 | delay.fine);
 }
@@ -140,21 +140,25 @@ constexpr std::uint16_t DelayValue(const ClockDelay& delay) {
 
 /// Frame memory configuration.
 struct MemoryConfig {
-    std::uint8_t select; ///< non-zero: 3, zero: 0 in register 0x012 bits 1..0
-    std::uint8_t flags;  ///< bit 2: 0x022 bits 5..4, bit 1: 0x022 bits 3..2, bit 0: 0x03C bits 13..12; set: 0, clear: 2
-    std::uint8_t mode;   ///< register 0x022 bits 1..0
+    std::uint8_t select; ///< register 0x012 bits 1..0: 0 for zero, 3 for any other value
+    /// Each of three bits sets one field: to 0 when the bit is set, to 2 when the bit is clear. Bit 2 sets 0x022 bits
+    /// 5..4, bit 1 sets 0x022 bits 3..2, bit 0 sets 0x03C bits 13..12.
+    std::uint8_t flags;
+    std::uint8_t mode; ///< register 0x022 bits 1..0, written unchanged
 };
 
-/// A colour conversion: the 3 by 3 matrix row by row, three input offsets, three output offsets. Rows, columns and
-/// offsets stand for G/Y, B/Cb, R/Cr in this order; 512 is 1.0; the chip takes 12 bits of each word.
+/// A colour conversion of 15 words: a 3 by 3 matrix row by row, then three input offsets, which are added before the
+/// matrix, then three output offsets, which are added after it. The rows, the columns and the offsets have the order
+/// G/Y, B/Cb, R/Cr. In the matrix, 512 stands for 1.0. Offsets are in 10-bit code units. The chip uses 12 bits of each
+/// word, as two's complement.
 using CscSet = std::array<std::int16_t, 15>;
 
-/// A scaler filter: 64 entries of two coefficients, 2048 standing for 1.0.
+/// A scaler filter: 64 entries of two coefficients. 2048 stands for 1.0.
 using MfcTable = std::array<std::array<std::int16_t, 2>, 64>;
 
-/// Words of an output's sync timing. Horizontal ones count pixels, vertical ones lines.
+/// Words of the sync timing of an output. Horizontal words count pixels, vertical words count lines.
 enum SyncWord : std::uint8_t {
-    SYNC_SETUP = 0, ///< three words for registers 0x484 to 0x486
+    SYNC_SETUP = 0, ///< three words for registers 0x484 to 0x486; their meaning is not known
     SYNC_H_TOTAL = 3,
     SYNC_H_ACTIVE_START,
     SYNC_H_ACTIVE_END,
@@ -165,24 +169,24 @@ enum SyncWord : std::uint8_t {
     SYNC_V_ACTIVE_END,
     SYNC_V_SYNC_END,
     SYNC_V_SYNC_START,
-    SYNC_V2_ACTIVE_START, ///< V2: an interlaced output's second field
+    SYNC_V2_ACTIVE_START, ///< V2: second field of an interlaced output
     SYNC_V2_ACTIVE_END,
     SYNC_V2_SYNC_END,
     SYNC_V2_SYNC_START,
-    SYNC_V2_H_POSITION,
-    SYNC_PLL_P, ///< pixel clock = 27 MHz * M / (P * 2^S)
+    SYNC_V2_H_POSITION, ///< horizontal position of the vertical sync
+    SYNC_PLL_P,         ///< pixel clock = 27 MHz * M / (P * 2^S)
     SYNC_PLL_M,
     SYNC_PLL_S,
     SYNC_WORDS
 };
 
 using SyncTiming = std::array<std::uint16_t, SYNC_WORDS>;
-using DacData = std::array<std::uint16_t, 37>; ///< the DAC's sync data memory
-using TmdsDrive = std::array<std::uint8_t, 2>; ///< values of register 0x040 bits 6..4 and 3..0
+using DacData = std::array<std::uint16_t, 37>; ///< data for the sync data memory of the DAC
+using TmdsDrive = std::array<std::uint8_t, 2>; ///< values for register 0x040 bits 6..4 and bits 3..0
 
 // ---- Records ----
-// The caller fills the first fields, the driver those after the comment. Pointers are borrowed: the driver reads
-// through them each time a setter runs and never frees them.
+// The caller fills the first fields of a record. The driver fills the fields after the comment "Filled by the driver".
+// The pointers are borrowed: the driver reads through them each time a setter runs, and never frees them.
 
 /// The picture that enters the chip.
 struct SrcVideoInfo {
@@ -190,13 +194,13 @@ struct SrcVideoInfo {
     std::uint8_t mode{};             ///< VideoMode
     std::uint8_t auxFlags{};         ///< SrcAux bits
     std::uint8_t ycOffset{};         ///< Y/C sample offset, 0 to 7
-    const ClockDelay* pClockDelay{}; ///< input port clock; null: left as it is
-    const CscSet* pCscCoef{};        ///< input colour conversion; null: built in
-    VideoWindow stClip{}; ///< clip window; its x and y are also the input sync position offsets, in use or not
-    // Kept by the driver.
-    std::uint16_t hTotal{}; ///< pixels per line
+    const ClockDelay* pClockDelay{}; ///< clock delay of the input port; null: not written
+    const CscSet* pCscCoef{};        ///< input colour conversion; null: a built-in one
+    VideoWindow stClip{}; ///< clip window. Its x and y are also the input sync position, even when w or h is 0.
+    // Filled by the driver.
+    std::uint16_t hTotal{}; ///< total pixels per line
     std::uint16_t flags{};  ///< VideoFlag bits
-    VideoWindow stActive{}; ///< active width and height; x and y are not touched
+    VideoWindow stActive{}; ///< w and h: active width and height; the driver does not write x and y
 };
 
 /// The picture that leaves the chip.
@@ -204,28 +208,28 @@ struct OutVideoInfo {
     std::uint8_t frmt{};          ///< OutVideoFormat
     std::uint8_t mode{};          ///< VideoMode, 0 to 7
     std::uint16_t auxFlags{};     ///< OutAux bits
-    const ClockDelay* pOutVCLK{}; ///< clock delays; null: left as it is
+    const ClockDelay* pOutVCLK{}; ///< five clock delays; null: not written
     const ClockDelay* pOutVCLKB{};
     const ClockDelay* pIntVCLK{};
     const ClockDelay* pIntVCLK2x{};
     const ClockDelay* pIntDACCLK{};
-    const CscSet* pCscCoef{}; ///< output colour conversion; null: built in
-    const MfcTable* pMfcHY{}; ///< scaler filters, horizontal and vertical, luma and chroma; null: built in
+    const CscSet* pCscCoef{}; ///< output colour conversion; null: a built-in one
+    const MfcTable* pMfcHY{}; ///< scaler filters: H horizontal, V vertical, Y luma, C chroma; null: a built-in one
     const MfcTable* pMfcHC{};
     const MfcTable* pMfcVY{};
     const MfcTable* pMfcVC{};
-    VideoWindow stZoom{};      ///< the part of the picture that is scaled, when in use
-    VideoWindow stView{};      ///< where it is shown, when in use
-    std::uint8_t brightness{}; ///< picture controls, 128 is neutral for each
+    VideoWindow stZoom{};      ///< the part of the picture that is scaled; w or h 0: the whole picture
+    VideoWindow stView{};      ///< the area of the output that shows the picture; w or h 0: the whole output
+    std::uint8_t brightness{}; ///< seven picture controls; 128 is neutral for each
     std::uint8_t contrast{};
     std::uint8_t saturation{};
     std::uint8_t hue{};
     std::uint8_t offsetG{};
     std::uint8_t offsetB{};
     std::uint8_t offsetR{};
-    // Kept by the driver.
+    // Filled by the driver.
     std::uint16_t flags{};  ///< VideoFlag bits
-    VideoWindow stActive{}; ///< active width and height; x and y are not touched
+    VideoWindow stActive{}; ///< w and h: active width and height; the driver does not write x and y
     SyncTiming sync{};
     DacData dac{};
     TmdsDrive tmds{};
@@ -234,19 +238,21 @@ struct OutVideoInfo {
 extern SrcVideoInfo stSrcVideoInfo; ///< the source that the start-up sequence sets up
 extern OutVideoInfo stOutVideoInfo; ///< the output that the start-up sequence sets up
 
-/// The output as the transmitter sees it: a VideoMode, written when a sink's capabilities are read.
+/// The VideoMode that the transmitter uses for the output. Written when the capabilities of a sink are read.
 extern std::uint8_t OutVideoMode;
-extern std::uint8_t OutVideoFrmt; ///< the transmitter's view of the output format
-extern std::uint8_t SrcVideoFrmt; ///< the transmitter's view of the source format
+extern std::uint8_t
+    OutVideoFrmt; ///< output format for the transmitter; set by the application, the drivers only read it
+extern std::uint8_t
+    SrcVideoFrmt; ///< source format for the transmitter; set by the application, the drivers only read it
 
 // ---- Format tables ----
 
-/// What a source format puts into the record.
+/// The values that a source format gives to the record.
 struct SrcVideoRow {
     std::uint16_t hTotal, flags, width, height;
 };
 
-/// What an output format puts into the record, besides its timing, DAC data and TMDS drive.
+/// The values that an output format gives to the record, besides the sync timing, the DAC data and the TMDS drive.
 struct OutVideoRow {
     std::uint16_t flags, width, height;
 };

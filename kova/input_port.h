@@ -2,8 +2,9 @@
 // The input ports: bus format, syncs, scan type, options and port clock of the source.
 //
 // Every function returns KOVA_NO_ERROR, also when a transfer fails (see regs.h). Most port registers hold two fields
-// side by side, one for each port. The flags in the source record tell which field a setter writes. A setter that takes
-// a record must therefore come after KOVAAPI_SetSrcPortMode. A parameter "on" means on for any non-zero value.
+// side by side, one for each port. The flags in the source record tell which field a setter writes. All other setters
+// that take a record must therefore come after KOVAAPI_SetSrcPortMode. A parameter "on" means on for any non-zero
+// value.
 
 #include "formats.h"
 

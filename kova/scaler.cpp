@@ -16,7 +16,7 @@ constexpr std::uint16_t kCoefStrobe = 0x594;
 constexpr unsigned kStrobe = 0x80;
 constexpr unsigned kSelectShift = 8;
 
-/// The clock that the scaler's coefficient memory is loaded with.
+/// Source of the video clock while the coefficient memory of the scaler is loaded.
 constexpr std::uint16_t kLoadClock = 1;
 
 enum FilterSelect : std::uint8_t { kHorizontalLuma, kHorizontalChroma, kVerticalLuma, kVerticalChroma };

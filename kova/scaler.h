@@ -1,20 +1,22 @@
 #pragma once
-// The scaler's filters.
+// The filters of the scaler.
 //
-// These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. They go by the windows that the last
-// video path update left, so they come after at least one update.
+// These functions return KOVA_NO_ERROR, also when a transfer fails (see regs.h). They use the windows of the last video
+// path update. Call KOVAAPI_VideoProcess at least once before.
 
 #include "formats.h"
 
 #include <cstdint>
 
-/// Loads all four filters of the record when the set that the vertical scaling needs is not the one loaded last; the
-/// video PLL is held meanwhile. A new table in the record alone loads nothing.
+/// Loads all four filters of the record, but only when the vertical scaling needs another set than the loaded one. Sets
+/// exist for two cases: the picture is shown at less than half its height, or not. A new table in the record therefore
+/// does not start a load. Registers: 0x590 to 0x594, and those of KOVAAPI_SetVCLKPLLSource. The video PLL is held
+/// during the load (0x020 bit 0).
 std::uint8_t KOVAAPI_SetMFCFilterCoef(OutVideoInfo* out);
 
-// Each keeps the caller's table in the record (borrowed; null: the built-in one) and loads it at once: 0x590 to 0x594.
-// A picture that is shown at less than half its height gets the built-in bilinear table vertically, whatever the
-// caller's.
+// Each function stores the pointer to the table in the record and loads the table at once: 0x590 to 0x594. The table is
+// borrowed, not copied. A null pointer selects the built-in table. When the picture is shown at less than half its
+// height, the two vertical filters are always loaded from the built-in bilinear table.
 
 std::uint8_t KOVAAPI_SetMFCHYFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< horizontal, luma
 std::uint8_t KOVAAPI_SetMFCHCFilterCoef(OutVideoInfo* out, const MfcTable* table); ///< horizontal, chroma

@@ -1,6 +1,6 @@
 #pragma once
-// The scaler's built-in filters. A table holds two kernels of 32 phases, each sampled on the near side and one pixel
-// further: entry p of a kernel is w(p / 32) and w(1 + p / 32), 2048 standing for 1.0.
+// The built-in filters of the scaler. A table holds two kernels, one after the other, each with 32 phases. Entry p of a
+// kernel holds its value at p / 32 and at 1 + p / 32, in pixels from the kernel's centre. 2048 stands for 1.0.
 
 #include "kova/formats.h"
 
@@ -10,7 +10,7 @@ namespace kova {
 
 inline constexpr std::size_t kMfcPhases = 32;
 
-/// The second half of both tables: a cubic B-spline.
+/// The second kernel of both tables, a cubic B-spline.
 // clang-format off
 inline constexpr std::array<std::array<std::int16_t, 2>, kMfcPhases> kBSpline{{
     {1365, 341}, {1364, 310}, {1358, 281}, {1348, 254}, {1335, 229}, {1319, 205}, {1300, 183}, {1278, 163},
@@ -20,10 +20,10 @@ inline constexpr std::array<std::array<std::int16_t, 2>, kMfcPhases> kBSpline{{
 }};
 // clang-format on
 
-/// n / 16, ties away from zero.
+/// n / 16, rounded to the nearest integer. A half is rounded away from zero.
 constexpr std::int16_t RoundedSixteenth(int n) { return static_cast<std::int16_t>((n + (n < 0 ? -8 : 8)) / 16); }
 
-/// A table whose first half is the given kernel.
+/// Builds a table from the given first kernel and the B-spline.
 template <typename Kernel>
 constexpr MfcTable WithBSpline(Kernel kernel) {
     MfcTable table{};
@@ -36,7 +36,8 @@ constexpr MfcTable WithBSpline(Kernel kernel) {
 
 } // namespace kova
 
-/// Cubic convolution with a = -1: t^3 - 2t^2 + 1 below one pixel, -u(1 - u)^2 at one pixel and u more.
+/// Cubic convolution with a = -1. With t = p / 32, the first value of a phase is t^3 - 2t^2 + 1
+/// and the second value is -t(1 - t)^2.
 inline constexpr MfcTable KOVA_MFCFilter_Spline_1_00 = kova::WithBSpline([](int p) {
     return std::array{kova::RoundedSixteenth(p * p * p - 64 * p * p + 32768),
                       kova::RoundedSixteenth(-p * (32 - p) * (32 - p))};

@@ -30,8 +30,9 @@ std::uint8_t KOVAAPI_SetSrcHDMapBug(const SrcVideoInfo* src) {
     return AsResult(KOVA_RegWrite(kDestination, 720) || KOVA_RegWrite(kDestinationH, 480) || LocalUpdate());
 }
 
-// The ports fill the attributes that the converters read; the source window is narrowed by the decimation and becomes
-// the destination; filters, coefficients, precision and deinterlacer follow the windows.
+// Each step uses results of earlier steps, so the order matters. The two port setters fill the flags that the colour
+// converters read. The decimation may narrow the source window, and the output windows start from the result. The front
+// filters, the scaler coefficients, the precision and the deinterlacer depend on the windows.
 std::uint8_t KOVAAPI_VideoProcess(SrcVideoInfo* src, OutVideoInfo* out) {
     // clang-format off
     return AsResult(KOVAAPI_SetSrcHDMapBug(src)
@@ -58,7 +59,7 @@ std::uint8_t KOVAAPI_HDDBLProcess(SrcVideoInfo* src, OutVideoInfo* out, std::uin
     if (on == 0) {
         return KOVA_NO_ERROR;
     }
-    // From here on the video PLL stays held: the video clock comes from the input port.
+    // The video PLL stays held from here on, because the video clock now comes from the input port.
     if (Write(kVideoPllHold, 1) || KOVAAPI_SetVCLKPLLSource(OnPortA(*src) ? 2 : 0)) {
         return KOVA_I2C_ERROR;
     }

@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint16_t kViewWindow = 0x436;  // w, h, x, y
 constexpr std::uint16_t kScalerInput = 0x43A; // w, h
 
-// Sizes are rounded down to multiples of these.
+// The active size is rounded down to multiples of these numbers.
 constexpr unsigned kWidthStep8Bit = 8;
 constexpr unsigned kWidthStep10Bit = 24;
 constexpr unsigned kHeightStep = 8;
@@ -47,7 +47,7 @@ std::uint8_t KOVAAPI_SetWindowSrcVideo(SrcVideoInfo* src) {
         || KOVA_RegWrite(port.windowW, stKOVASrcWIN.w) || KOVA_RegWrite(port.windowH, stKOVASrcWIN.h)) {
         return KOVA_I2C_ERROR;
     }
-    // Behind the port the picture starts at its own corner.
+    // The port has cut the picture out. For all later stages the picture starts at 0, 0.
     stKOVASrcWIN.x = 0;
     stKOVASrcWIN.y = 0;
     return AsResult(WriteSize(kScalerInput, stKOVASrcWIN) || LocalUpdate());

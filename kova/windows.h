@@ -1,38 +1,45 @@
 #pragma once
-// The sizes that the scaler works with.
+// The sizes with which the scaler works.
 //
-// These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. A setter of a single window works on
-// the windows that the last video path update left, so it comes after at least one update; whoever changes a window
-// lets the rest of the update follow, so that scaler, filters and deinterlacer fit the new sizes.
+// These functions return KOVA_NO_ERROR, also when a transfer fails (see regs.h). A function that sets one window uses
+// the other windows as the last video path update left them. Call KOVAAPI_VideoProcess at least once before. A function
+// here changes only windows. After a change, make the remaining steps of the video path update as well, so that the
+// scaler, the filters and the deinterlacer fit the new sizes.
 
 #include "formats.h"
 
 #include <cstdint>
 
-/// Sets the source window: the clip window when it is in use, else the active picture, whose size is rounded down in
-/// the record first (width to 8 pixels for 8-bit data, 24 for 10-bit; height to 8 lines). Writes the position from the
-/// clip window in any case. Port A 0x404, 0x406, 0x407 or port B 0x405, 0x408, 0x409; 0x43A, 0x43B; local register
-/// update.
+/// Sets the source window. First rounds the active size in the record down: the width to a multiple of 8 pixels for
+/// 8-bit data, or of 24 pixels for 10-bit data; the height to a multiple of 8 lines. The source window is the clip
+/// window when the clip window has a width and a height, else the active picture. x and y of the clip window are
+/// written as the sync position in both cases. Registers: 0x404, 0x406, 0x407 (port A) or 0x405, 0x408, 0x409 (port B);
+/// 0x43A, 0x43B. Ends with a local register update.
 std::uint8_t KOVAAPI_SetWindowSrcVideo(SrcVideoInfo* src);
 
-/// Sets the clip window, in pixels and lines, and with it the source window. All zero: the whole active picture.
+/// Copies win to the clip window of the record and then calls KOVAAPI_SetWindowSrcVideo.
+/// @param win  pixels and lines. A w or h of 0 selects the whole active picture.
 std::uint8_t KOVAAPI_SetWindowSrcCLIP(SrcVideoInfo* src, const VideoWindow* win);
 
-/// Decides whether the picture is narrowed to 1024 pixels before the frame memory: an interlaced one wider than 1024,
-/// any one wider than 1280. Touches no register.
+/// Decides whether the picture is narrowed to 1024 pixels before the frame memory. This is so for an interlaced picture
+/// wider than 1024 pixels, and for any picture wider than 1280 pixels. Touches no register.
 std::uint8_t KOVAAPI_SetHDecimateVideo(const SrcVideoInfo* src);
 
-/// Sets the decimator's destination (the source window, at most as wide as the view), the zoom window (by default the
-/// destination) and the view window (by default the whole output picture): 0x432 to 0x439, 0x43C, 0x43D; local register
-/// update.
+/// Sets three windows: the destination of the decimator, the zoom window and the view window. The destination is the
+/// source window, but at most as wide as the view window. The zoom window is that of the record, else the destination.
+/// The view window is that of the record, else the whole output picture. Registers: 0x432 to 0x439, 0x43C, 0x43D. Ends
+/// with a local register update.
 std::uint8_t KOVAAPI_SetWindowOutVideo(const OutVideoInfo* out);
 
-/// Sets the part of the picture that is scaled, in pixels and lines, and all windows of the output. All zero: the
-/// whole.
+/// Copies win to the zoom window of the record and then calls KOVAAPI_SetWindowOutVideo. The zoom window is the part of
+/// the picture that is scaled.
+/// @param win  pixels and lines. A w or h of 0 selects the whole picture.
 std::uint8_t KOVAAPI_SetWindowOutZOOM(OutVideoInfo* out, const VideoWindow* win);
 
-/// Sets where the picture is shown on the output, and all windows of the output. All zero: the whole output picture.
+/// Copies win to the view window of the record and then calls KOVAAPI_SetWindowOutVideo. The view window is the area of
+/// the output in which the picture is shown.
+/// @param win  pixels and lines. A w or h of 0 selects the whole output picture.
 std::uint8_t KOVAAPI_SetWindowOutVIEW(OutVideoInfo* out, const VideoWindow* win);
 
-/// Reads the decimator's destination from the chip, 0x43C and 0x43D; x and y become 0.
+/// Reads the size of the decimator's destination from 0x43C and 0x43D into w and h of win. Sets x and y to 0.
 std::uint8_t KOVAAPI_GetWindowHDECI(VideoWindow* win);
