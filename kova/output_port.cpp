@@ -62,7 +62,7 @@ constexpr std::uint16_t kDacIndex = 0x589;
 
 struct ModeRow {
     std::uint16_t flags;
-    std::uint16_t digFormat; // bits 3..0 and 9..5 of the format register; bit 4 there is the Cb/Cr swap
+    std::uint16_t digFormat; // bits 3..0 and 9..5 go to the same bits of 0x4A2; bit 4 of 0x4A2 is the Cb/Cr swap
 };
 
 // clang-format off
@@ -79,7 +79,7 @@ constexpr std::array<ModeRow, kOutModes> kModes{{
 }};
 // clang-format on
 
-// The attributes that come from the format table; the others follow from mode and format.
+// The flags that come from the format table. All other flags follow from the mode and the format.
 constexpr unsigned kTableFlags = 0xBFF8;
 
 std::uint16_t Flags(std::uint8_t frmt, std::uint16_t table, std::uint16_t mode) {
@@ -89,7 +89,8 @@ std::uint16_t Flags(std::uint8_t frmt, std::uint16_t table, std::uint16_t mode) 
 bool Has(const OutVideoInfo& out, VideoFlag flag) { return (out.flags & flag) != 0; }
 bool Has(const OutVideoInfo& out, OutAux option) { return (out.auxFlags & option) != 0; }
 
-// Luma and chroma of a pixel go out one after the other: twice as many clocks a line. Positions count from 1.
+// A multiplexed output sends luma and chroma of a pixel one after the other, so a line needs twice as many clocks.
+// Positions count from 1, so position x becomes 2 * x - 1.
 void DoubleHorizontalTiming(OutVideoInfo& out) {
     const auto doubledPosition = [](std::uint16_t x) { return static_cast<std::uint16_t>(x * 2 - 1); };
     SyncTiming& sync = out.sync;
@@ -144,7 +145,7 @@ std::uint8_t SetOption(OutVideoInfo& out, OutAux bit, Field field, std::uint8_t 
     return SetAndUpdate(field, on != 0);
 }
 
-// The chip's bits switch off; a bit above the register is refused below, before any transfer.
+// A set bit switches its driver or pin group off. KOVA_RegField refuses a bit number above 15 before any transfer.
 std::uint8_t SwitchOff(std::uint16_t addr, std::uint8_t bit, bool off) {
     return AsResult(Write(Field{addr, bit, 1}, off));
 }
@@ -175,7 +176,7 @@ std::uint8_t KOVAAPI_SetOutPortMode(OutVideoInfo* out) {
                  || Write(kTmdsDriveHigh, out->tmds[0])
                  || Write(kTmdsDriveLow, out->tmds[1])
                  || KOVA_RegWrite(kInterlaced, !Has(*out, VIDFLAG_PROGRESSIVE))
-                 // Every row of today's format table has the flag.
+                 // Every row of the format table has the flag.
                  || KOVA_RegWrite(kSyncControl, Has(*out, VIDFLAG_TABLE_OUT) ? 0x4D : 0x4C)
                  || Write(kHSyncHigh, Has(*out, VIDFLAG_HSYNC_HIGH))
                  || Write(kVSyncHigh, Has(*out, VIDFLAG_VSYNC_HIGH))
@@ -238,7 +239,7 @@ std::uint8_t KOVAAPI_ResetOutSync(std::uint16_t value) {
 }
 
 std::uint8_t KOVAAPI_SetVCLKPLLSource(std::uint16_t source) {
-    // Source 3 is source 1 with a switch of its own.
+    // Source 3 is source 1 with register 0x03A set to 1.
     const bool third = source == 3;
     if (KOVA_RegWrite(kVclkSource3, third) || KOVA_RegWrite(kVclkSource, third ? 1 : source)
         || Write(kIntVclkSelect, 1)) {
