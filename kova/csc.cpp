@@ -10,7 +10,8 @@ using namespace kova;
 
 // clang-format off
 
-// Matrix: G/Y, B/Cb and R/Cr out of the same three; input offsets, added before it; output offsets, added after it.
+// A set holds the matrix, the input offsets, which are added before the matrix, and the output offsets, which are added
+// after it. The rows and the columns of the matrix have the order G/Y, B/Cb, R/Cr.
 constexpr CscSet KOVA_CscRGBtoYUV_SD_FullRange{
      258,   50,  132,  -149,  225,  -76,  -188,  -36,  225,     0,    0,    0,   64, 512, 512};
 constexpr CscSet KOVA_CscRGBtoYUV_SD_StdRange{
@@ -48,7 +49,7 @@ bool IsHd(std::uint16_t flags) { return (flags & VIDFLAG_HD) != 0; }
 
 using HueTable = std::array<std::int16_t, 256>;
 
-// Cosine and sine by their power series: within 60 degrees these terms leave less than 1e-15.
+// Cosine and sine by their power series. Within 60 degrees, the error of these ten terms is below 1e-15.
 constexpr double Series(double firstTerm, int firstDegree, double x) {
     double sum = 0;
     double term = firstTerm;
@@ -73,7 +74,7 @@ constexpr HueTable CosHue() {
     for (std::size_t hue = 0; hue < table.size(); ++hue) {
         table[hue] = Rounded(1024 * Series(1, 0, Angle(hue)));
     }
-    // These stand one beside the rule.
+    // These entries differ by one from the rounded value. This is intended.
     table[22] = 663;
     table[234] = 663;
     return table;
@@ -84,7 +85,7 @@ constexpr HueTable SinHue() {
     for (std::size_t hue = 0; hue < table.size(); ++hue) {
         table[hue] = Rounded(1024 * Series(Angle(hue), 1, Angle(hue)));
     }
-    // These stand one beside the rule.
+    // These entries differ by one from the rounded value. This is intended.
     table[42] = -663;
     table[124] = -33;
     table[132] = 33;
@@ -94,7 +95,7 @@ constexpr HueTable SinHue() {
 
 // ---- Choice ----
 
-// By the definition of the source, then by what the output is.
+// First index: definition of the source, standard or high. Second index: kind of output.
 constexpr const CscSet* kRgbInput[2][2] = {
     // RGB output, YCbCr output
     {&KOVA_CscRGBtoYUV_SD_FullRange, &KOVA_CscRGBtoYUV_SD_StdRange},
@@ -132,23 +133,24 @@ CscWords Words(const CscSet& set) {
     return words;
 }
 
-// The chip takes 12-bit two's complement.
+// Limits a value to the 12-bit two's complement of the chip.
 constexpr std::uint16_t Limited(std::int32_t value) {
     return static_cast<std::uint16_t>(std::clamp(value, -2048, 2047) & 0xFFF);
 }
 
-// A 32-bit product of up to three factors, scaled down. A caller's coefficients may use all of their 16 bits: what
-// leaves the 32 is lost, as in the registers of a 32-bit processor.
+// Shifts a 32-bit product down and limits it. The product of 16-bit coefficients of the caller can exceed 32 bits. It
+// wraps then, as on a 32-bit processor.
 constexpr std::uint16_t Scaled(std::uint32_t product, int shift) {
     return Limited(static_cast<std::int32_t>(product) >> shift);
 }
 
-// Contrast scales the first input channel, saturation and hue turn and scale the plane of the other two, brightness
-// shifts the first channel before the matrix, the RGB offsets shift the result. Words without a control keep their
-// form.
+// Applies the picture controls to a set. Contrast scales the coefficients of the first input channel. Saturation and
+// hue scale and rotate the coefficients of the other two channels. Brightness changes the input offset of the first
+// channel. For an RGB output, the RGB offsets replace the output offsets. Words that no control changes keep all 16
+// bits.
 CscWords WithPictureControls(const CscSet& base, const OutVideoInfo& out) {
     CscWords words = Words(base);
-    // Unsigned, so that a product may leave the 32 bits.
+    // Unsigned, because a product can exceed 32 bits, and only unsigned arithmetic may wrap.
     const auto cosine = static_cast<std::uint32_t>(KOVA_CscCosHue[out.hue]);
     const auto sine = static_cast<std::uint32_t>(KOVA_CscSinHue[out.hue]);
     for (std::size_t k = 0; k < 9; k += 3) {

@@ -1,5 +1,5 @@
 #pragma once
-// The deinterlacer's registers as the driver starts from them.
+// The values that the driver loads into the registers of the deinterlacer first.
 
 #include <array>
 #include <cstdint>

@@ -1,15 +1,16 @@
 #pragma once
-// The picture filters' built-in sets, which a null pointer selects.
+// The built-in sets of the picture filters. A null pointer in a setter selects them.
 
 #include "kova/filters.h"
 
 // clang-format off
 
-/// Front noise reduction, 12-bit two's complement, 0x400 is 1.0: pass-through.
+/// Front noise reduction that does not change the picture. 12-bit two's complement; 0x400 stands for 1.0.
 inline constexpr FilterSet8 KOVA_FNRYFilter{0x0400, 0, 0, 0, 0, 0, 0, 0};
 inline constexpr FilterSet4 KOVA_FNRCFilter{0x0400, 0, 0, 0};
 
-/// Front noise reduction while the picture is decimated: for a view narrower than 1024 pixels, and for a wider one.
+/// Front noise reduction while the picture is decimated. The first set is for a view narrower than 1024 pixels, the
+/// second set for a view of 1024 pixels or more.
 inline constexpr std::array<FilterSet8, 2> KOVA_FNRYHDFilt{{
     {0x0170, 0x011F, 0x006D, 0x0FDA, 0x0FB7, 0x0FEA, 0x0020, 0x0022},
     {0x023C, 0x0152, 0x0FDD, 0x0F97, 0x0021, 0x0036, 0x0FE3, 0x0FE2},
@@ -23,7 +24,8 @@ inline constexpr FilterSet8 KOVA_PeakingFilter       {0x0200, 0x0000, 0xFF00, 0x
 inline constexpr FilterSet4 KOVA_CEFilter_Spline_1_00{0x0100, 0x00A0, 0x0000, 0xFFE0};
 inline constexpr FilterSet4 KOVA_SurfaceFilter       {0x0100, 0x0080, 0x0080, 0x0080};
 
-/// Luma and chroma transient improvement: the two registers of each.
+/// Luma and chroma transient improvement: words for the two registers of each. It is not known whether the chip expects
+/// the second word in the second register.
 inline constexpr std::array<std::uint16_t, 2> KOVA_LTICTIFactor{0x02F9, 0x5018};
 
 /// Points of the black/white extension curve.

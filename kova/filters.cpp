@@ -8,7 +8,7 @@ using namespace kova;
 
 namespace {
 
-// Blocks
+// First registers of blocks, and single registers
 constexpr std::uint16_t kFrontNRY = 0x422;     // 8 words
 constexpr std::uint16_t kFrontNRC = 0x42C;     // 4 words
 constexpr std::uint16_t kPeaking = 0x458;      // 8 words
@@ -16,7 +16,7 @@ constexpr std::uint16_t kLTI = 0x462;          // 2 words
 constexpr std::uint16_t kCTICb = 0x464;        // 2 words
 constexpr std::uint16_t kCTICr = 0x466;        // 2 words
 constexpr std::uint16_t kColorEnh = 0x468;     // 4 words
-constexpr std::uint16_t kColorEnhLoad = 0x46C; // takes the words before it
+constexpr std::uint16_t kColorEnhLoad = 0x46C; // 1 is written after the coefficients
 constexpr std::uint16_t kSurface = 0x46D;      // 4 words
 constexpr std::uint16_t kSurfaceOn = 0x471;
 constexpr std::uint16_t kBWExtIn = 0x4A6;  // 4 words
@@ -33,12 +33,12 @@ constexpr Field kSaturationValue  {0x460,  8, 4};
 constexpr Field kCoringValue      {0x460, 12, 4};
 constexpr Field kPeakingGain      {0x461,  8, 8};
 constexpr Field kBWExtOn          {0x4AF,  0, 1};
-constexpr Field kSurfaceThresTop  {0x53A, 14, 2}; // unused, kept clear
+constexpr Field kSurfaceThresTop  {0x53A, 14, 2}; // always written 0
 constexpr Field kSurfaceThresHigh {0x53A,  8, 6};
 constexpr Field kSurfaceThresLow  {0x53A,  0, 6};
 // clang-format on
 
-/// From this width of the view on, the high-definition sets are the ones for a wide view.
+/// Smallest width of the view window for which the high-definition sets for a wide view are loaded.
 constexpr std::uint16_t kWideView = 1024;
 
 template <typename Set>

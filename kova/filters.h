@@ -1,10 +1,10 @@
 #pragma once
-// Picture enhancement: front noise reduction, median, peaking, transient improvement, colour enhancement, surface
-// filter, black/white extension.
+// Picture enhancement: front noise reduction, median filter, peaking, transient improvement, colour enhancement,
+// surface filter, black/white extension.
 //
-// These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. They end with a local register
-// update. A switch is on for any non-zero value; bits of a value above its range are dropped. A set of coefficients is
-// read at the call and not kept; null selects the built-in one.
+// These functions return KOVA_NO_ERROR, also when a transfer fails (see regs.h). They end with a local register update.
+// A parameter "on" means on for any non-zero value. Bits of a value above its range are dropped. The functions read a
+// set of coefficients during the call and do not keep the pointer. A null pointer selects the built-in set.
 
 #include <array>
 #include <cstdint>
@@ -14,7 +14,7 @@ using FilterSet4 = std::array<std::uint16_t, 4>;
 
 // ---- Front noise reduction and median, ahead of the frame memory ----
 
-// Coefficients are 12-bit two's complement, 0x400 is 1.0. The built-in sets pass the picture through.
+// Coefficients are 12-bit two's complement. 0x400 stands for 1.0. The built-in sets do not change the picture.
 std::uint8_t KOVAAPI_SetFrontNRYFilterCoef(const FilterSet8* coef); ///< luma: 0x422 to 0x429
 std::uint8_t KOVAAPI_SetFrontNRCFilterCoef(const FilterSet4* coef); ///< chroma: 0x42C to 0x42F
 
@@ -22,9 +22,10 @@ std::uint8_t KOVAAPI_EnableFrontNRYFilter(std::uint8_t on); ///< 0x42A bit 0
 std::uint8_t KOVAAPI_EnableFrontNRCFilter(std::uint8_t on); ///< 0x42A bit 3
 std::uint8_t KOVAAPI_EnableMedianFilter(std::uint8_t on);   ///< 0x42A bit 1
 
-/// Part of the video path update: switches both front filters on with high-definition coefficients for the width of the
-/// view while the picture is decimated, except in high-definition double mode, and off otherwise. Off leaves the
-/// coefficients loaded. Makes no update of its own.
+/// A step of the video path update. While the picture is decimated and high-definition double mode is off, it switches
+/// both front filters on and loads high-definition coefficients for the width of the view window. Otherwise it switches
+/// both filters off and leaves the coefficients as they are. The functions that it calls make the local register
+/// updates.
 std::uint8_t KOVAAPI_SetFrontNRFilterInHD();
 
 // ---- Peaking: sharpness ----
@@ -38,7 +39,7 @@ std::uint8_t KOVAAPI_EnablePeakingSaturation(std::uint8_t on);       ///< 0x460 
 std::uint8_t KOVAAPI_SetPeakingSaturationValue(std::uint16_t value); ///< 0x460 bits 11..8 (0 to 15)
 
 // ---- Transient improvement ----
-// On writes the two words of the factor, off writes zeros.
+// On writes the two built-in words, 0x02F9 and 0x5018. Off writes two zeros.
 
 std::uint8_t KOVAAPI_EnableLTI(std::uint8_t on);   ///< luma: 0x462, 0x463
 std::uint8_t KOVAAPI_EnableCTICb(std::uint8_t on); ///< Cb: 0x464, 0x465
@@ -46,14 +47,14 @@ std::uint8_t KOVAAPI_EnableCTICr(std::uint8_t on); ///< Cr: 0x466, 0x467
 
 // ---- Colour enhancement and surface filter ----
 
-std::uint8_t KOVAAPI_SetColorEnhFilterCoef(const FilterSet4* coef); ///< 0x468 to 0x46B, and 1 to 0x46C
+std::uint8_t KOVAAPI_SetColorEnhFilterCoef(const FilterSet4* coef); ///< 0x468 to 0x46B, then 1 to 0x46C
 std::uint8_t KOVAAPI_SetSurfaceFilterCoef(const FilterSet4* coef);  ///< 0x46D to 0x470
 std::uint8_t KOVAAPI_EnableSurfaceFilter(std::uint8_t on);          ///< 0x471, the whole register
 std::uint8_t KOVAAPI_SetSurfaceFilterThres(std::uint16_t value);    ///< 0x53A bits 13..8 and 5..0 (0 to 63)
 
 // ---- Black/white extension ----
 
-/// Sets the curve's four input points, 0x4A6 to 0x4A9, and output points, 0x4AA to 0x4AD bits 9..0 (0 to 1023). Null
-/// selects the built-in points, for each pointer by itself.
+/// Sets four input points, 0x4A6 to 0x4A9, and four output points, 0x4AA to 0x4AD bits 9..0 (0 to 1023), of the
+/// extension curve. Each null pointer selects the built-in points for its own side.
 std::uint8_t KOVAAPI_SetBWExtensionPoint(const FilterSet4* in, const FilterSet4* outpts);
 std::uint8_t KOVAAPI_EnableBWExtension(std::uint8_t on); ///< 0x4AF bit 0
