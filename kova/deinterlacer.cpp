@@ -12,15 +12,15 @@ namespace {
 
 constexpr std::uint16_t kFirstRegister = 0x500;
 
-/// The widest pictures for which the deinterlacer keeps all its features, by frame memory precision.
+/// The greatest width for which the driver does not force high-definition mode, by precision of the frame memory.
 constexpr std::uint16_t kWidest8Bit = 1024;
 constexpr std::uint16_t kWidest10Bit = 768;
 
-/// The state and the choices that go with KOVA_DeintFactor: noise reduction, CCS, border detection and fast motion on,
-/// film mode 3, chroma mode 1, current motion threshold 16; noise reduction for every use, current motion select 2.
+/// The state and the choices that match KOVA_DeintFactor. On: noise reduction, CCS, border detection, fast motion, and
+/// noise reduction for every use. Film mode 3, chroma mode 1, current motion threshold 16, current motion select 2.
 constexpr DeintState kDefaults{.state = DEINT_NR_ON, .v2tab = 0, .choices = 0x107F, .nrUse = 0xBF};
 
-/// When the driver overrides a caller's choice: while any of these state bits is set, or while they are clear.
+/// The driver overrides a choice of the caller while any of these state bits is set, or while all of them are clear.
 struct Override {
     std::uint8_t bits;
     bool whileSet;
@@ -30,7 +30,7 @@ struct Override {
 template <typename Word>
 struct Guarded {
     Word DeintState::*keptIn;
-    Word bits; // of the choice there
+    Word bits; // the bits of the choice in that member
     Override override;
     std::uint16_t forced;
     Field field;
@@ -48,7 +48,7 @@ constexpr Override kV2TABForced{.bits = DEINT_V2TAB_FORCED, .whileSet = true};
 constexpr Override kNROff{.bits = DEINT_NR_ON, .whileSet = false};
 
 // clang-format off
-//                                kept in       as                             overridden        by  field
+//                                kept in       bits                           override        value  field
 constexpr InWord kCMode          {kChoices,     DEINT_CHOICE_C_MODE,           kHd,               1, {0x528,  6, 2}};
 constexpr InWord kCurMotionThres {kChoices,     DEINT_CHOICE_CUR_MOTION_THRES, kHd,             255, {0x500,  0, 8}};
 constexpr InWord kFastMotion     {kChoices,     DEINT_CHOICE_FAST_MOTION,      kHd,               0, {0x503, 15, 1}};
@@ -119,12 +119,13 @@ constexpr Field kNRFactorLevelB           {0x535,  0,  6};
 constexpr Field kHD3DAdp                  {0x53E, 14,  1};
 // clang-format on
 
-/// Film modes as the chip counts them.
+/// The code of the chip for each film mode.
 constexpr std::array<std::uint16_t, 4> kFilmCodes{0, 5, 6, 4};
 
 bool IsInForce(const Override& override) { return ((stKOVADeint.state & override.bits) != 0) == override.whileSet; }
 
-/// The value to write: the override where it is in force, else the caller's, which is kept.
+/// The value to write. While the override is in force, this is the override value. Otherwise it is the value of the
+/// caller, which is then also stored.
 template <typename Word>
 std::uint16_t Resolve(const Guarded<Word>& setting, std::uint16_t value) {
     if (IsInForce(setting.override)) {
@@ -145,13 +146,13 @@ std::uint8_t Apply(const Guarded<Word>& setting, std::uint16_t value) {
     return SetAndUpdate(setting.field, Resolve(setting, value));
 }
 
-/// Applies the caller's choice again, as far as the state lets it.
+/// Writes the stored choice again, or the override value.
 template <typename Word>
 std::uint8_t Reapply(const Guarded<Word>& setting) {
     return Apply(setting, Kept(setting));
 }
 
-/// Writes a setting that the chip keeps twice.
+/// Writes a setting that the chip has in two fields.
 std::uint8_t SetAndUpdate(Field first, Field second, std::uint16_t value) {
     return AsResult(Write(first, value) || Write(second, value) || LocalUpdate());
 }
@@ -172,7 +173,7 @@ std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src) {
     const bool is8Bit = (src->flags & VIDFLAG_8BIT) != 0;
     const bool interlaced = (src->flags & VIDFLAG_PROGRESSIVE) == 0;
 
-    // The state first: it decides what the choices below come to.
+    // High-definition mode must be set first, because it overrides some of the choices below.
     const bool hd = stKOVADstWIN.w > (is8Bit ? kWidest8Bit : kWidest10Bit);
     if (KOVAAPI_EnableDeintHDMode(hd) || KOVAAPI_EnableDeintHD3DAdp(hd) || Reapply(kCMode) || Reapply(kCurMotionThres)
         || Reapply(kFastMotion) || Reapply(kBorder) || KOVAAPI_SetDeintFilmMode(Kept(kFilmMode)) || Reapply(kCCS)
@@ -181,7 +182,7 @@ std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src) {
     }
     SetBits(stKOVADeint.state, DEINT_V2TAB_FORCED, interlaced && ShrinksBelowHalf());
 
-    // The caption position is three quarters down the picture.
+    // The caption position threshold is three quarters of the height.
     const unsigned captionLine = src->stActive.h * 3U >> 2U;
     return AsResult(Reapply(kV2TAB) || KOVAAPI_SetDeintCaptionVposiThres(static_cast<std::uint16_t>(captionLine)));
 }

@@ -1,9 +1,10 @@
 #pragma once
-// The deinterlacer: turns interlaced fields into frames by motion-adaptive interpolation, with film and caption
-// detection, CCS and motion noise reduction. Registers 0x500 to 0x53F.
+// The deinterlacer makes frames from interlaced fields by motion-adaptive interpolation. It has film and caption
+// detection, CCS and motion noise reduction. Its registers are 0x500 to 0x53F. What V2TAB, CCS, PD and the Y mode stand
+// for is not known.
 //
-// These functions return KOVA_NO_ERROR, also where a transfer failed: see regs.h. Each setter ends with a local
-// register update. A switch is on for any non-zero value; bits of a value above its range are dropped on the way to the
+// These functions return KOVA_NO_ERROR, also when a transfer fails (see regs.h). Each setter ends with a local register
+// update. A parameter "on" means on for any non-zero value. Bits of a value above its range are not written to the
 // chip.
 
 #include "formats.h"
@@ -12,47 +13,53 @@
 
 // ---- As a whole ----
 
-/// Loads the deinterlacer's registers, 0x500 to 0x53F, and takes every choice below back to its default. Must run
-/// before the first video path update.
+/// Loads the default values into the registers 0x500 to 0x53F and sets every choice below to its default. Must run
+/// before the first video path update. Ends with a local register update.
 std::uint8_t KOVAAPI_LoadDeintData();
 
-/// Fits the deinterlacer to the sizes and the precision that the video path update has decided on: forces
-/// high-definition mode or V2TAB where the picture needs it, and applies the caller's choices again.
+/// A step of the video path update. Uses the window sizes and the precision that earlier steps have decided. Forces
+/// high-definition mode for a stored picture wider than 1024 pixels at 8-bit precision, or wider than 768 pixels at
+/// 10-bit precision. Forces V2TAB when an interlaced picture is shown at less than half its height. Writes the choices
+/// of the caller again. Sets the caption position threshold to three quarters of the active height.
 std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src);
 
-/// Luma mode, 0 to 3: 1 is the normal one, 2 the high-definition double mode. 0x500 bits 15..14 and 0x402 bit 15.
+/// Sets the Y mode: 0x500 bits 15..14 and 0x402 bit 15.
+/// @param value  0 to 3. The start-up sequence uses 1; the high-definition double mode uses 2.
 std::uint8_t KOVAAPI_SetDeintYMode(std::uint16_t value);
 
-/// Fast motion and next motion together: 2 both, 1 next motion only, 0 neither.
+/// Switches fast motion (0x503 bit 15, may be overridden, see below) and next motion (0x501 bit 13).
+/// @param value  2 switches both on, 0 switches both off, any other value switches only next motion on
 std::uint8_t KOVAAPI_SetDeintFastMotion(std::uint16_t value);
 
-/// Pull-down current motion threshold, 0 to 127, 0x527 bits 6..0; pull-down current motion, 0x527 bit 7, is off at 40
-/// and on at any other.
+/// Sets the PD current motion threshold, 0x527 bits 6..0, and the PD current motion switch, 0x527 bit 7.
+/// @param value  0 to 127. The switch is off for 40 and on for any other value.
 std::uint8_t KOVAAPI_SetDeintPDCurMotionThres(std::uint16_t value);
 
-/// High-definition mode: 0x529 bit 11. Set by the video path update, and then in force for the settings below.
+/// Switches high-definition mode: 0x529 bit 11. The mode overrides some settings below when they are written. The video
+/// path update sets the mode again.
 std::uint8_t KOVAAPI_EnableDeintHDMode(std::uint8_t on);
 
 // ---- Choices that the driver may override ----
-// While a setting is overridden its setter writes the override and drops its argument; the earlier choice comes back
-// when the state that overrides it ends. A choice is kept without masking: beyond its range it spills into others.
+// While a setting is overridden, its setter writes the override value and ignores its argument. The choice made before
+// the override is kept. The driver writes it again when the override ends. The driver stores a choice without masking,
+// so a value above its range changes other stored choices.
 
-// Overridden in high-definition mode.
-std::uint8_t KOVAAPI_SetDeintCMode(std::uint16_t value);          ///< chroma mode, 0 to 3, by 1: 0x528 bits 7..6
-std::uint8_t KOVAAPI_SetDeintCurMotionThres(std::uint16_t value); ///< threshold, 0 to 255, by 255: 0x500 bits 7..0
-std::uint8_t KOVAAPI_EnableDeintFastMotion(std::uint8_t on);      ///< by off: 0x503 bit 15
-std::uint8_t KOVAAPI_EnableDeintBorder(std::uint8_t on);          ///< border detection, by off: 0x508 bit 3
-std::uint8_t KOVAAPI_SetDeintFilmMode(std::uint16_t value);       ///< film mode, 0 to 3, by 0: 0x50B bits 14..12
+// Overridden in high-definition mode. Each line states the override value.
+std::uint8_t KOVAAPI_SetDeintCMode(std::uint16_t value);          ///< chroma mode, 0 to 3: 0x528 bits 7..6; override 1
+std::uint8_t KOVAAPI_SetDeintCurMotionThres(std::uint16_t value); ///< 0 to 255: 0x500 bits 7..0; override 255
+std::uint8_t KOVAAPI_EnableDeintFastMotion(std::uint8_t on);      ///< 0x503 bit 15; override off
+std::uint8_t KOVAAPI_EnableDeintBorder(std::uint8_t on);          ///< border detection: 0x508 bit 3; override off
+std::uint8_t KOVAAPI_SetDeintFilmMode(std::uint16_t value);       ///< film mode, 0 to 3: 0x50B bits 14..12; override 0
 
-// Overridden by off in high-definition mode and while the picture is decimated.
+// These two are off in high-definition mode, and also while the picture is decimated.
 std::uint8_t KOVAAPI_EnableDeintCCS(std::uint8_t on); ///< 0x52A bit 6
-std::uint8_t KOVAAPI_EnableDeintNR(std::uint8_t on);  ///< noise reduction, 0x52A bit 7, and then all its uses below
+std::uint8_t KOVAAPI_EnableDeintNR(std::uint8_t on);  ///< noise reduction: 0x52A bit 7, then all its uses below
 
-// Overridden by on where an interlaced picture is shown at less than half its height.
+// V2TAB is on while an interlaced picture is shown at less than half its height.
 std::uint8_t KOVAAPI_EnableDeintV2TAB(std::uint8_t on); ///< 0x53D bit 7
 
-// Uses of noise reduction, overridden by off while noise reduction is off.
-std::uint8_t KOVAAPI_SetDeintCurMotionNRSel(std::uint16_t value);  ///< select, 0 to 3, by 3: 0x500 bits 13..12
+// Uses of noise reduction. While noise reduction is off, these uses are off and the select is 3.
+std::uint8_t KOVAAPI_SetDeintCurMotionNRSel(std::uint16_t value);  ///< select, 0 to 3: 0x500 bits 13..12
 std::uint8_t KOVAAPI_EnableDeintCurMotionNRUse(std::uint8_t on);   ///< 0x524 bit 15 and 0x513 bit 4
 std::uint8_t KOVAAPI_EnableNextMotionNRUse(std::uint8_t on);       ///< 0x529 bit 7
 std::uint8_t KOVAAPI_EnableDeintFastHistoryUse(std::uint8_t on);   ///< 0x53D bit 1
@@ -61,8 +68,8 @@ std::uint8_t KOVAAPI_EnableDeintSlowMotionNRUse(std::uint8_t on);  ///< 0x524 bi
 std::uint8_t KOVAAPI_EnableDeintStillMotionNRUse(std::uint8_t on); ///< 0x524 bit 13
 
 // ---- Plain settings ----
-// One field each, with the range of the value. The video path update sets KOVAAPI_SetDeintCaptionVposiThres and
-// KOVAAPI_EnableDeintHD3DAdp again.
+// Each function writes one setting. The range of the value is in brackets. The video path update sets
+// KOVAAPI_SetDeintCaptionVposiThres and KOVAAPI_EnableDeintHD3DAdp again.
 
 // clang-format off
 // Current motion
