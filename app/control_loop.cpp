@@ -13,7 +13,7 @@ std::atomic<std::int32_t> ControlLoop_OnOff{0};
 
 namespace {
 
-// The last thread that was started; the shell's thread alone looks at it.
+// The loop thread that was started last. Only the shell thread uses these two variables.
 pthread_t loopThread;
 bool loopStarted = false;
 
@@ -31,9 +31,10 @@ void HDMIHandler() {
 
 void SystemMainCtrlLoop() {
     while (ControlLoop_OnOff != 0) {
-        sleep(1); // where it fails, so do the pauses before the transfers: the first one says why
-        // The interrupt handler looks at the status just stored, the timer at the output state that it may have
-        // changed.
+        // When this sleep fails, the pauses before the transfers fail as well. The first pause reports the reason.
+        sleep(1);
+        // The order matters. The interrupt handler uses the status that was just stored. The timer handler uses the
+        // output state, which the interrupt handler may have changed.
         KOVAAPI_GetParseIRQ();
         HDMIHandler();
     }
@@ -44,7 +45,7 @@ void ControlLoopStart() {
     if (ControlLoop_OnOff != 0) {
         return;
     }
-    // The handlers' state has no lock: a thread that was told to stop ends its last pass before the next one starts.
+    // No lock protects the state of the handlers. The old thread must therefore end before the new thread starts.
     if (loopStarted) {
         pthread_join(loopThread, nullptr);
     }

@@ -4,15 +4,17 @@
 #include <atomic>
 #include <cstdint>
 
-/// 1: the loop thread is to keep running. Written by the shell's thread, read before each pass by the loop's.
+/// 1 means that the loop thread keeps running. The shell thread writes the flag. The loop thread reads it before each
+/// pass.
 extern std::atomic<std::int32_t> ControlLoop_OnOff;
 
-/// Starts the loop thread, after an earlier one has ended; does nothing while ControlLoop_OnOff is 1. When no thread
-/// can be created, says why on standard error and ends the program with status 1.
+/// Starts the loop thread. Waits first until an earlier loop thread has ended. Does nothing while ControlLoop_OnOff is
+/// 1. When no thread can be created, prints the reason on standard error and ends the program with status 1.
 void ControlLoopStart();
 
-/// The thread's body: passes of one second until ControlLoop_OnOff is 0.
+/// Body of the loop thread: makes passes until ControlLoop_OnOff is 0. Each pass sleeps for one second and then runs
+/// the handlers.
 void SystemMainCtrlLoop();
 
-/// The transmitter's part of a pass: its interrupts, then its timer service.
+/// The work of a pass for the transmitter: first its interrupt handler, then its timer handler.
 void HDMIHandler();

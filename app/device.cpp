@@ -14,10 +14,11 @@ std::int32_t s_fd = 0;
 
 namespace {
 
-// The video processor's bus needs this much rest before each transfer.
+// The bus of the video processor needs this pause before each transfer.
 constexpr useconds_t kPauseMicroseconds = 100;
 
-// A kernel that cannot wait by this C library's system call lets every pause fail at once. Once is enough to say so.
+// Set after the first report, so that a failed pause is reported only once. On a kernel that does not have the system
+// call of this C library, every pause fails.
 std::atomic_flag pauseFailed;
 
 void Pause() {
@@ -26,7 +27,7 @@ void Pause() {
     }
 }
 
-// The request code chooses a transmitter page; the trace lines name that code by the page's slave number.
+// The request code selects the register page of the transmitter. The trace lines name the page by its slave number.
 struct Page {
     std::uint8_t devaddr;
     int slave;
@@ -47,13 +48,14 @@ const Page* FindPage(std::uint8_t devaddr) {
     return nullptr;
 }
 
-// One request to the driver, never repeated.
+// Makes one ioctl request. A failed request is not retried.
 bool Transfer(std::int32_t fd, KovaRequest request, kova_xfer& record) { return ioctl(fd, request, &record) != -1; }
 
 std::int32_t Result(const kova_xfer& record) { return record.data[0] | (record.data[1] << 8); }
 
-// A standard stream that is closed at the start leaves its descriptor free. If the node got it, the console's text
-// would go to the chips' driver, or the driver's answers be taken for commands.
+// Opens /dev/null for each standard stream that is closed. Otherwise the device node could get the descriptor of a
+// standard stream. The text of the console would then go to the kernel driver, or the console would take answers of the
+// kernel driver for commands.
 void OccupyStandardStreams() {
     int fd = 0;
     do {
@@ -69,7 +71,7 @@ void OccupyStandardStreams() {
 std::int32_t open_kova() {
     OccupyStandardStreams();
     s_fd = open(kDeviceNode, O_RDWR);
-    if (s_fd >= 0 && s_fd <= STDERR_FILENO) { // there is no /dev/null either
+    if (s_fd >= 0 && s_fd <= STDERR_FILENO) { // /dev/null could not be opened
         close(s_fd);
         s_fd = -1;
     }

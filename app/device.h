@@ -1,14 +1,16 @@
 #pragma once
-// The board's device node. An application opens it before it calls any function of the drivers.
+// The device node of the board. An application opens it before it calls any function of the drivers.
 
 #include <cstdint>
 
-/// The device node.
+/// Path of the device node.
 inline constexpr const char* kDeviceNode = "/dev/kova_310";
 
-/// Opens the device node read-write, for both drivers and the sink capability reader; before a second thread exists.
-/// @return the descriptor, never one of the standard streams' 0 to 2; negative when it cannot be opened: errno says why
+/// Opens the device node for reading and writing. Both drivers and the EDID reader use the open node. Call this
+/// function before a second thread exists.
+/// @return the descriptor, which is never 0 to 2, the descriptors of the standard streams. Negative when the node
+///         cannot be opened; errno then holds the reason.
 std::int32_t open_kova();
 
-/// Closes it.
+/// Closes the device node.
 void close_kova();

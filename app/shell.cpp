@@ -50,7 +50,7 @@ struct RegisterLine {
 
 bool IsWord(const char* token, const char* word) { return std::strcmp(token, word) == 0; }
 
-// Keywords are recognised wherever they stand, numbers only by position.
+// Keywords are recognised at any position. The third token is the address, the fourth token is the value.
 RegisterLine Tokenize(char* text) {
     RegisterLine line;
     char* rest = nullptr;
@@ -145,7 +145,7 @@ void UpdateKova() {
     std::fputs("\n KOVA Local Reg Update ( Write '1' at 0x4c4 ) ! \n\n", stdout);
 }
 
-// A register command acts only with exactly its number of tokens.
+// A register command is executed only when the line has exactly the number of tokens that the command needs.
 void RunRegisterCommand(RegisterLine& line) {
     if (line.command == Command::Read && line.tokens == 3) {
         ReadRegister(line);
@@ -195,7 +195,7 @@ struct LineCommand {
     void (*action)();
 };
 
-// In the order in which a line's first word is compared.
+// The first word of a line is compared with these words in this order.
 constexpr std::array<LineCommand, 4> kLineCommands{{
     {"init", StartUp},
     {"clstart", StartLoop},
@@ -216,7 +216,8 @@ void RunLineCommand(const char* word) {
 
 enum class Input : std::uint8_t { Line, TooLong, End };
 
-// Reads one line without its newline. A line that does not fit with its newline is read to its end and dropped.
+// Reads one line without its newline. A line that does not fit into the buffer together with its newline is read to its
+// end and dropped.
 Input ReadLine(std::span<char> buffer) {
     std::size_t length = 0;
     bool fits = true;

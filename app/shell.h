@@ -1,21 +1,22 @@
 #pragma once
-// The command shell: one line in, one action out.
+// The command shell. It reads command lines and executes them.
 
 #include <array>
 #include <cstdint>
 
-/// The current command line. The tokenizer cuts it in place, so after a command it reads as the line's first word.
+/// The current command line. CommandProcess puts a zero after each word. Read as a string, the buffer then holds the
+/// first word of the line, with any leading blanks.
 extern std::array<char, 1024> input_command;
 
 /// Prints the usage summary on standard error.
 void usage_command();
 
-/// Executes the line in input_command: register commands first, then the line commands.
+/// Executes the line in input_command. The register commands come first, then the line commands.
 void CommandProcess();
 
-/// Converts a token of at most four hexadecimal digits, lower case; a longer one gives 0. Any other character takes its
-/// place and adds nothing.
+/// Converts a token of at most four hexadecimal digits. The letters are lower case. Any other character counts as the
+/// digit 0. A longer token gives 0.
 std::uint16_t hex2dec(const char* str);
 
-/// Reads and executes lines until one whose first word is "q". End of input acts as the line "q".
+/// Reads and executes lines. Returns after a line whose first word is "q". The end of the input acts as the line "q".
 void RunShell();

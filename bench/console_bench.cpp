@@ -1,5 +1,5 @@
-// What the commands cost above the pauses that the hardware needs, with real sleeps. The board's answers cost next to
-// nothing, so a command should take as long as the bare pauses that stand beside it.
+// Measures the time of commands, with real sleeps. The simulated board answers almost at once. A command should
+// therefore take as long as the bare pauses of the same number of transfers.
 
 #include "app/control_loop.h"
 #include "app/device.h"
@@ -19,9 +19,10 @@
 namespace {
 
 constexpr int kDumpTransfers = 586;
-constexpr int kInitTransfers = 1802; // to the video processor; a pause of 100 ms comes to them
+constexpr int kInitTransfers = 1802; // to the video processor; init also has one pause of 100 ms
 
-/// While it lives, both outputs go nowhere: the report comes by the same way.
+/// Sends standard output and standard error to /dev/null while an object exists. Otherwise the output of the commands
+/// would mix with the report of the benchmark.
 class SilentOutput {
 public:
     SilentOutput() : out(dup(STDOUT_FILENO)), err(dup(STDERR_FILENO)), nowhere(open("/dev/null", O_WRONLY)) {
@@ -69,13 +70,13 @@ BENCHMARK(DumpKova)->Unit(benchmark::kMillisecond)->UseRealTime();
 void Init(benchmark::State& state) {
     const SilentOutput silent;
     for ([[maybe_unused]] auto _ : state) {
-        KOVAMFCCoef = 0; // as after the program's start: the scaler's filters are loaded as well
+        KOVAMFCCoef = 0; // as after program start, so that init loads the filters of the scaler each time
         Execute("init");
     }
 }
 BENCHMARK(Init)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// No pauses: transmitter transfers only.
+// Makes transmitter transfers only, which have no pauses.
 void EdidStep(benchmark::State& state) {
     const SilentOutput silent;
     EDIDParseResult result{};
@@ -86,7 +87,7 @@ void EdidStep(benchmark::State& state) {
 }
 BENCHMARK(EdidStep)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// A pass of the control loop without its second of sleep: one pause.
+// A pass of the control loop without its sleep of one second. It has one pause.
 void IdlePass(benchmark::State& state) {
     const SilentOutput silent;
     sim::Unplug();
@@ -101,7 +102,7 @@ BENCHMARK(IdlePass)->Unit(benchmark::kMillisecond)->UseRealTime();
 } // namespace
 
 int main(int argc, char** argv) {
-    prctl(PR_SET_TIMERSLACK, 1000UL, 0UL, 0UL, 0UL); // as the console does
+    prctl(PR_SET_TIMERSLACK, 1000UL, 0UL, 0UL, 0UL); // the console does the same
     sim::Reset();
     sim::UseRealTime(1);
     sim::Plug(sim::kBuiltInEdid);

@@ -1,9 +1,10 @@
 // Starting point for an application that drives the HDMI output itself: it starts the transmitter for its output
 // format, then runs the transmitter's interrupt and timer handlers once a second.
 //
-// usage: transmitter [PASSES]     without a number: until it is stopped
+// usage: transmitter [PASSES]     Without a number the program runs until it is stopped.
 //
-// To build it, see CMakeLists.txt beside it, or: c++ -std=c++20 transmitter.cpp $(pkg-config --cflags --libs kova)
+// CMakeLists.txt in the same folder builds this program. This command builds it as well:
+//     c++ -std=c++20 transmitter.cpp $(pkg-config --cflags --libs kova)
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,29 +22,30 @@ int main(int argc, char** argv) {
             return 2;
         }
     }
-    std::setvbuf(stdout, nullptr, _IOLBF, 0); // the transfer trace, in order with the reports on standard error
+    std::setvbuf(stdout, nullptr, _IOLBF, 0); // keeps the transfer trace in order with the reports on standard error
     if (open_kova() < 0) {
         std::perror(kDeviceNode);
         return 1;
     }
 
-    // What the video processor sends. Its own set-up is not part of this example.
+    // The format that the video processor sends. This example does not set up the video processor.
     stOutVideoInfo.frmt = VIDOUT_1920x1080p60; // timing, InfoFrame and audio clock
-    OutVideoFrmt = VIDOUT_1920x1080p60;        // aspect of the active picture
-    OutVideoMode = RGB444_8;                   // the EDID may change it
+    OutVideoFrmt = VIDOUT_1920x1080p60;        // aspect ratio of the active picture
+    OutVideoMode = RGB444_8;                   // the EDID parser may change this
 
-    // Sets the configuration to its defaults. For another one: InitHDMITXVariable, your own values, InitHDMITX, which
-    // enables the interrupts of HDMI or DVI operation as well.
+    // Starts the transmitter with the default configuration. To use your own values, call InitHDMITXVariable, set the
+    // values, and call InitHDMITX. InitHDMITX also enables the interrupts of HDMI or DVI operation.
     if (InitializeHDMITX() == 0) {
         std::fputs("\n", stderr);
         close_kova();
         return 1;
     }
 
-    // The handlers share their state without a lock: one thread runs them, and no other one starts the transmitter.
+    // The handlers share their state without a lock. Only one thread may run them, and no other thread may start the
+    // transmitter.
     for (long pass = 0; passes < 0 || pass < passes; ++pass) {
         sleep(1);
-        KOVAAPI_GetParseIRQ(); // what HDMITxInterruptHandler looks at
+        KOVAAPI_GetParseIRQ(); // stores the interrupt status, which HDMITxInterruptHandler uses
         HDMITxInterruptHandler();
         HDMITxTimerHandler();
     }
