@@ -17,8 +17,8 @@ namespace {
 // The bus of the video processor needs this pause before each transfer.
 constexpr useconds_t kPauseMicroseconds = 100;
 
-// Set after the first report, so that a failed pause is reported only once. On a kernel that does not have the system
-// call of this C library, every pause fails.
+// Set after the first report, so that a failed pause is reported only once. Every pause fails on a kernel without the
+// system call that this C library uses to wait.
 std::atomic_flag pauseFailed;
 
 void Pause() {

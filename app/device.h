@@ -8,7 +8,7 @@ inline constexpr const char* kDeviceNode = "/dev/kova_310";
 
 /// Opens the device node for reading and writing. Both drivers and the EDID reader use the open node. Call this
 /// function before a second thread exists.
-/// @return the descriptor, which is never 0 to 2, the descriptors of the standard streams. Negative when the node
+/// @return the descriptor. It is never 0, 1 or 2, because these belong to the standard streams. Negative when the node
 ///         cannot be opened; errno then holds the reason.
 std::int32_t open_kova();
 

@@ -26,20 +26,18 @@ extern const CscSet KOVA_CscBypass_StdRange;
 extern const CscSet KOVA_CscSDtoHD_StdRange;
 extern const CscSet KOVA_CscHDtoSD_StdRange;
 
-/// 1024 times the cosine and the sine of a hue. Entry 0 is for -60 degrees, entry 128 for 0 degrees. One step is 60 /
-/// 128 degrees.
+/// 1024 times the cosine and the sine of a hue. Entry 0 is for -60 degrees, entry 128 for 0 degrees, in equal steps.
 extern const std::array<std::int16_t, 256> KOVA_CscCosHue;
 extern const std::array<std::int16_t, 256> KOVA_CscSinHue;
 
 // ---- Conversions ----
 
-/// Chooses the input conversion to YCbCr and writes it: 0x40A to 0x418, 0x419. This is the set that the source record
-/// points to. When the record points to none, the flags of both records select a built-in set.
+/// Writes the input conversion to YCbCr: 0x40A to 0x418, 0x419. Uses the set to which the source record points. When
+/// the record points to none, the flags of both records select a built-in set.
 std::uint8_t KOVAAPI_SetCSCSrcVideo(const SrcVideoInfo* src, const OutVideoInfo* out);
 
-/// Chooses the output conversion, applies the picture controls to it and writes it: 0x472 to 0x480, 0x481. This is the
-/// set that the output record points to. When the record points to none, the flags of both records select a built-in
-/// set.
+/// Applies the picture controls to the output conversion and writes the result: 0x472 to 0x480, 0x481. Uses the set to
+/// which the output record points. When the record points to none, the flags of both records select a built-in set.
 std::uint8_t KOVAAPI_SetCSCOutVideo(const SrcVideoInfo* src, const OutVideoInfo* out);
 
 /// Stores coef in the source record and then calls KOVAAPI_SetCSCSrcVideo.

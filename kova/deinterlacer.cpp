@@ -26,7 +26,7 @@ struct Override {
     bool whileSet;
 };
 
-/// A setting whose caller's choice is kept while the driver overrides it.
+/// A setting that the driver may override. The choice of the caller is kept meanwhile.
 template <typename Word>
 struct Guarded {
     Word DeintState::*keptIn;

@@ -1,7 +1,7 @@
 #pragma once
 // The deinterlacer makes frames from interlaced fields by motion-adaptive interpolation. It has film and caption
-// detection, CCS and motion noise reduction. Its registers are 0x500 to 0x53F. What V2TAB, CCS, PD and the Y mode stand
-// for is not known.
+// detection, CCS and motion noise reduction. Its registers are 0x500 to 0x53F. The meaning of the names CCS, PD, V2TAB
+// and Y mode is not known.
 //
 // These functions return KOVA_NO_ERROR, also when a transfer fails (see regs.h). Each setter ends with a local register
 // update. A parameter "on" means on for any non-zero value. Bits of a value above its range are not written to the
@@ -23,8 +23,8 @@ std::uint8_t KOVAAPI_LoadDeintData();
 /// of the caller again. Sets the caption position threshold to three quarters of the active height.
 std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src);
 
-/// Sets the Y mode: 0x500 bits 15..14 and 0x402 bit 15.
-/// @param value  0 to 3. The start-up sequence uses 1; the high-definition double mode uses 2.
+/// Sets the Y mode: 0x500 bits 15..14. 0x402 bit 15 becomes 1 for the value 2, and 0 for any other value.
+/// @param value  0 to 3. The start-up sequence uses 1. The high-definition double mode uses 2.
 std::uint8_t KOVAAPI_SetDeintYMode(std::uint16_t value);
 
 /// Switches fast motion (0x503 bit 15, may be overridden, see below) and next motion (0x501 bit 13).

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr std::uint16_t kEnable = 0x00E;
-constexpr std::uint16_t kStatus = 0x010; // only read: the source of an interrupt acknowledges it
+constexpr std::uint16_t kStatus = 0x010; // never written: interrupts are acknowledged at their source
 constexpr std::uint16_t kSetting14 = 0x014;
 constexpr std::uint16_t kSetting16 = 0x016;
 

@@ -1,6 +1,6 @@
 #pragma once
-// The interrupts of the video processor. They are polled: one function copies the status register, another one asks the
-// stored copy. Only one thread may do this. In the console this is the loop thread.
+// The interrupts of the video processor. They are polled. One function reads the status register and stores a copy,
+// another function looks at the stored copy. Only one thread may do this. In the console this is the loop thread.
 
 #include <cstdint>
 

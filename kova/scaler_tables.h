@@ -1,6 +1,6 @@
 #pragma once
-// The built-in filters of the scaler. A table holds two kernels, one after the other, each with 32 phases. Entry p of a
-// kernel holds its value at p / 32 and at 1 + p / 32, in pixels from the kernel's centre. 2048 stands for 1.0.
+// The built-in filters of the scaler. A table holds two kernels, one after the other, each with 32 phases. Phase p
+// holds two values of its kernel: at p / 32 and at 1 + p / 32 pixels from the centre. 2048 stands for 1.0.
 
 #include "kova/formats.h"
 

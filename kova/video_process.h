@@ -13,9 +13,10 @@
 ///         range: the update ends at that step, and the registers written before keep their new values.
 std::uint8_t KOVAAPI_VideoProcess(SrcVideoInfo* src, OutVideoInfo* out);
 
-/// Makes the video path update in a high-definition double-rate variant. The variant then holds the video PLL, takes
-/// the clock of the port of the source, and scales from the full width of the source. Registers besides those of the
-/// update: 0x020, 0x432, 0x43C, 0x498.
+/// Makes the video path update in a high-definition double-rate variant. After the update, the variant holds the video
+/// PLL, takes the video clock from the input port of the source, and scales from the full width of the source. Besides
+/// the update, it writes 0x020, 0x432, 0x43C and 0x498, and calls KOVAAPI_SetVCLKPLLSource, KOVAAPI_SetDeintYMode,
+/// KOVAAPI_EnableDeintHDMode and KOVAAPI_ResetOutSync.
 /// @param on  0 switches the variant off and makes the normal update. Any other value makes the variant.
 /// @return as KOVAAPI_VideoProcess
 std::uint8_t KOVAAPI_HDDBLProcess(SrcVideoInfo* src, OutVideoInfo* out, std::uint8_t on);

@@ -26,9 +26,9 @@ std::uint8_t KOVAAPI_SetWindowSrcCLIP(SrcVideoInfo* src, const VideoWindow* win)
 std::uint8_t KOVAAPI_SetHDecimateVideo(const SrcVideoInfo* src);
 
 /// Sets three windows: the destination of the decimator, the zoom window and the view window. The destination is the
-/// source window, but at most as wide as the view window. The zoom window is that of the record, else the destination.
-/// The view window is that of the record, else the whole output picture. Registers: 0x432 to 0x439, 0x43C, 0x43D. Ends
-/// with a local register update.
+/// source window, but at most as wide as the view window. A zoom or view window in the record is used when it has a
+/// width and a height. Otherwise the zoom window is the destination, and the view window is the whole output picture.
+/// Registers: 0x432 to 0x439, 0x43C, 0x43D. Ends with a local register update.
 std::uint8_t KOVAAPI_SetWindowOutVideo(const OutVideoInfo* out);
 
 /// Copies win to the zoom window of the record and then calls KOVAAPI_SetWindowOutVideo. The zoom window is the part of
