@@ -66,6 +66,8 @@ void WriteKova(std::uint16_t addr, std::uint16_t value) {
     }
 }
 
+} // namespace
+
 // On a write request the driver leaves the record as it is.
 bool CarryOut(unsigned long request, kova_xfer& record) {
     const auto reg = static_cast<std::uint8_t>(record.addr);
@@ -95,8 +97,6 @@ bool CarryOut(unsigned long request, kova_xfer& record) {
     }
 }
 
-} // namespace
-
 void Reset() {
     isSetUp = true;
     meaninglessOnes = true;
@@ -104,6 +104,7 @@ void Reset() {
     kova[kDeviceId] = 0x83;
     kovaDead = false;
     faults = {};
+    ClearFaults();
     ResetVideo();
     ResetTx();
     ClearScript();
@@ -127,7 +128,7 @@ void SetDead(bool dead) { kovaDead = dead; }
 
 bool Transfer(unsigned long request, kova_xfer& record) {
     RunScript();
-    const bool ok = !Fails() && CarryOut(request, record);
+    const bool ok = !Fails() && CarryOutWithFaults(request, record);
     NoteTransfer(request, record, ok);
     return ok;
 }

@@ -28,8 +28,44 @@ extern bool isSetUp;
 extern bool meaninglessOnes;
 inline unsigned Meaningless(unsigned bits) { return meaninglessOnes ? bits : 0; }
 
-/// Carries out one request. @return false when it fails
+/// Carries out one request, with the faults that a script has planted. @return false when it fails
 bool Transfer(unsigned long request, kova_xfer& record);
+/// Carries out one request on the chips. @return false: there is no such request
+bool CarryOut(unsigned long request, kova_xfer& record);
+
+// ---- faults.cpp ----
+
+/// What goes wrong with requests of one kind to a range of registers.
+struct Fault {
+    enum class Effect : std::uint8_t {
+        Clear,        ///< bits of the value are 0
+        Set,          ///< bits of the value are 1
+        Flip,         ///< bits of the value are inverted
+        Swap,         ///< the bytes of the value are swapped
+        ClearAddress, ///< bits of the register address are 0
+        SetAddress,   ///< bits of the register address are 1
+        OtherPage,    ///< another page gets the request
+        Late,         ///< a write arrives with the next one
+        Lost,         ///< nothing happens, and the driver reports success
+        Fail,         ///< the driver reports an error
+        Kernel,       ///< the kernel answers before the driver sees the request
+    };
+    std::uint8_t page = 0, otherPage = 0; // 0 kova, 1 hdmi1, 2 hdmi2
+    bool reads = false, writes = false;
+    std::uint16_t first = 0, last = 0xFFFF;
+    Effect effect = Effect::Lost;
+    std::uint16_t bits = 0;
+    std::uint32_t every = 1, requests = 0;
+    bool holds = false; // Late: a write is in held
+    kova_xfer held{};
+};
+
+void AddFault(const Fault& fault);
+void ClearFaults();
+/// Reads a fault from a script's words after "fault". @return false: they are wrong
+bool ParseFault(std::span<char* const> words, Fault& fault);
+/// As CarryOut, with the faults.
+bool CarryOutWithFaults(unsigned long request, kova_xfer& record);
 
 // ---- transmitter.cpp ----
 
@@ -74,6 +110,8 @@ void SleepReally(std::uint64_t microseconds);
 /// Carries out the script's events that are due.
 void RunScript();
 void ClearScript();
+/// Reads a whole number from 1 to 1000000. @return false: it is none
+bool ParseCount(const char* text, std::uint32_t& number);
 
 // ---- journal.cpp ----
 

@@ -23,6 +23,7 @@ struct Event {
     std::span<const std::uint8_t> edid;
     const char* file = nullptr; // with another EDID, while the line is read
     std::string text;
+    Fault fault;
 };
 
 // Never destroyed: the control loop's thread may still be at work while the program ends.
@@ -58,7 +59,7 @@ bool LoadEdid(const char* path, std::span<const std::uint8_t>& edid) {
 // A line each: seconds, event, arguments. '#' begins a comment.
 
 struct Words {
-    std::array<char*, 5> word{};
+    std::array<char*, 10> word{};
     std::size_t count = 0;
     std::string tail; // of the line, from the third word on
 };
@@ -67,13 +68,6 @@ bool ParseSeconds(const char* text, double& seconds) {
     char* end = nullptr;
     seconds = std::strtod(text, &end);
     return end != text && *end == '\0' && seconds >= 0 && seconds < 1e9;
-}
-
-bool ParseCount(const char* text, std::uint32_t& number) {
-    char* end = nullptr;
-    const unsigned long value = std::strtoul(text, &end, 10);
-    number = static_cast<std::uint32_t>(value);
-    return end != text && *end == '\0' && text[0] != '-' && value >= 1 && value <= 1'000'000;
 }
 
 bool Is(const char* word, const char* expected) { return std::strcmp(word, expected) == 0; }
@@ -131,13 +125,23 @@ const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMo
         const bool good = Is(argument, "good") || ParseCount(argument, event.number);
         return words.count == 3 && good ? nullptr : "ddc N or ddc good";
     }
+    if (Is(name, "fault")) {
+        if (words.count == 3 && Is(argument, "none")) {
+            event.action = [](const Event&) { ClearFaults(); };
+            return nullptr;
+        }
+        event.action = [](const Event& e) { AddFault(e.fault); };
+        return ParseFault(std::span(words.word).first(words.count).subspan(2), event.fault)
+                   ? nullptr
+                   : "fault PAGE r|w|rw FIRST[-LAST]|all EFFECT [ARGUMENT] [every N] or fault none";
+    }
     if (Is(name, "say")) {
         event.action = [](const Event& e) { std::fprintf(stderr, "kova-sim: %s\n", e.text.c_str()); };
         event.text = words.tail;
         return words.count > 2 ? nullptr : "say TEXT";
     }
     return "plug [FILE], unplug, receiver on|off, audio off|HERTZ [JITTER], fail COUNT, fail every N, fail none, "
-           "ddc N, ddc good, dead, alive or say TEXT";
+           "ddc N, ddc good, dead, alive, fault ... or say TEXT";
 }
 
 Words Split(char* line) {
@@ -168,7 +172,8 @@ bool ParseLine(char* line, const char* path, unsigned number, std::span<const st
         std::fprintf(stderr, "kova-sim: %s:%u: expected: SECONDS EVENT [ARGUMENT]\n", path, number);
         return false;
     }
-    Event event{.when = static_cast<std::uint64_t>(seconds * 1e6), .action = nullptr, .edid = {}, .text = {}};
+    Event event{
+        .when = static_cast<std::uint64_t>(seconds * 1e6), .action = nullptr, .edid = {}, .text = {}, .fault = {}};
     if (!events.empty() && event.when < events.back().when) {
         std::fprintf(stderr, "kova-sim: %s:%u: earlier than the line before it\n", path, number);
         return false;
@@ -234,6 +239,13 @@ const char* Environment(const char* name) {
 }
 
 } // namespace
+
+bool ParseCount(const char* text, std::uint32_t& number) {
+    char* end = nullptr;
+    const unsigned long value = std::strtoul(text, &end, 10);
+    number = static_cast<std::uint32_t>(value);
+    return end != text && *end == '\0' && text[0] != '-' && value >= 1 && value <= 1'000'000;
+}
 
 void ClearScript() {
     events.clear();

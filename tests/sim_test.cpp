@@ -138,6 +138,10 @@ TEST_F(SimSetUp, WhatIsWrongIsNamed) {
           "0 audio", "0 fail -1", "0 fail every 0", "0 ddc", "0 say", "0 explode", "0 plug nowhere.bin", "0 plug ."}) {
         log << script << " | " << WithScript(script);
     }
+    for (const char* const fault : {"kova r all", "hdmi3 r all lost", "kova x all lost", "kova r 9-4 lost",
+                                    "kova r 4 flip g", "kova r 4 page", "kova r 4 lost every 0", "kova r 4 lost now"}) {
+        log << fault << " | " << WithScript(std::string("0 fault ") + fault);
+    }
     log << WithScript("#" + std::string(5000, 'x')) << WithScript(std::string("0 say a\0\n", 9));
     for (const auto& [name, value] : {std::pair{"KOVA_SIM_SCRIPT", "no/where"},
                                       {"KOVA_SIM_JOURNAL", "no/where"},
