@@ -144,7 +144,10 @@ function rowDiffers(row, address, address16, words, i, n, text, edge) {
     address = number(words[1])
     for (i = 3; i in words; ++i) {
         address16 = sprintf("%03x", address + i - 3)
-        if (!(address16 in dump)) { differs("dump", 0, "d kova: no register " address16); continue }
+        if (address16 in changed) {
+            differs("dump", 0, "")
+            note(address16 ": " dump[address16] " and " changed[address16] " in two dumps")
+        }
         good = is(dump[address16], words[i])
         if (!good) {
             differs("dump", 0, "")
@@ -197,7 +200,11 @@ NR == FNR {
 /^\[0x/ { row = number(tolower(substr($0, 4, 3))); sub(/^[^\t]*/, "") }
 /^\t/ { # the rest of a row, too, behind the error of a read
     words = split(substr($0, 2), word, "\t")
-    for (i = 1; i <= words; ++i) { dump[sprintf("%03x", row++)] = tolower(substr(word[i], 1, 4)) }
+    for (i = 1; i <= words; ++i) {
+        at = sprintf("%03x", row++)
+        value = tolower(substr(word[i], 1, 4))
+        if (at in dump && dump[at] != value) { changed[at] = value } else { dump[at] = value }
+    }
 }
 END {
     if (now) { finish() }

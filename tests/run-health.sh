@@ -14,6 +14,8 @@ folder=$(mktemp -d) || exit 1
 trap 'rm -rf "$folder"' EXIT
 printf '#!/bin/sh\nexport "$PRELOAD"\nexec $EMULATOR "$CONSOLE"\n' >"$folder/board"
 chmod +x "$folder/board"
+head -c 128 /dev/zero >"$folder/zeros"
+cd "$folder" || exit 1
 export CONSOLE EMULATOR PRELOAD KOVA_SIM_SPEED KOVA_SIM_SCRIPT="$folder/script" KOVA_SIM_JOURNAL="$folder/journal"
 
 # A row: the link that is named, the only link to check, seconds of hot plug, the lines of the script.
@@ -54,9 +56,15 @@ byte order|||0 fault kova rw all swap
 hot plug||1|500 unplug;500 plug;1500 unplug;1500 plug;2500 unplug;2500 plug;3500 unplug;3500 plug
 data lines|||0 fault kova rw all clear 80
 video processor answers|||0 dead
+video processor ID|||0 fault kova r 4 flip 10
+page hdmi1|||0 fault hdmi1 w all lost
+init|||0 fault hdmi1 rw 8 clear 1
+interrupts at rest|||0 fault kova r 10 set 80
+receiver sense|||0 receiver off
 DDC transfers|||0 ddc 7
-interrupts|interrupts||0 fault kova r 10 clear 80;0.00035 unplug;900 say end
-|interrupts||0.00035 unplug;900 say end
+DDC data|||0 plug zeros
+interrupts|interrupts||0 fault kova r 10 clear 80;0.00025 unplug;900 say end
+|interrupts||0.00025 unplug;900 say end
 |video input||
 audio clock|audio clock||0 audio off
 audio rate|audio rate||0 audio 44100
@@ -64,5 +72,6 @@ audio rate|audio rate||0 audio 44100
 END
 
 # The last session on the board puts back what init does not write, and is init.
-sed 's/ *[0-9.]* //' "$folder/journal" | tr '\n' ';' | grep -q '^kova w 000e 0000;kova w 0400 .*hdmi2 r 1d 48;$' || failed=1
+sed 's/ *[0-9.]* //' "$folder/journal" | tr '\n' ';' | grep -q '^kova w 000e 0000;kova w 0024 0000;.*hdmi2 r 1d 48;$' ||
+    { echo 'the board is not left as init leaves it'; failed=1; }
 exit $failed
