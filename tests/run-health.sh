@@ -28,7 +28,7 @@ while IFS='|' read -r link only watch script; do
         "$folder/board" >"$folder/shown" 2>&1
     echo "status $?" >>"$folder/shown"
     case $link in
-    "") printf 'All links are good.\nstatus 0\n' ;;
+    "") printf 'All links that were checked are good.\nstatus 0\n' ;;
     *) sed -n "s/^link $link | \(.*\)/The first broken link: $link\nRead on: bring-up.md, \"\1\"\nstatus 1/p" "$top/health/health.txt" ;;
     esac >"$folder/wanted"
     tail -n "$(wc -l <"$folder/wanted")" "$folder/shown" | cmp -s "$folder/wanted" - && [ -s "$folder/wanted" ] && continue
