@@ -7,11 +7,12 @@ set -u
 top=$1 CONSOLE=$2
 shift 2
 EMULATOR=$*
-PRELOAD='LD_PRELOAD=$ORIGIN/libkova-sim.so' # $ORIGIN: the console's folder; only the emulated program may get it
-[ $# -eq 0 ] || PRELOAD="QEMU_SET_ENV=$PRELOAD"
+PRELOAD='LD_PRELOAD=$ORIGIN/libkova-sim.so' # $ORIGIN is the console's folder
+[ $# -eq 0 ] || PRELOAD="QEMU_SET_ENV=$PRELOAD" # for the emulated program, not for the emulator
 unset KOVA_SIM_EDID
-folder=$(mktemp -d) || exit 1
-trap 'rm -rf "$folder"' EXIT
+. "$top/cmake/build.sh"
+use_scratch
+folder=$scratch
 printf '#!/bin/sh\nexport "$PRELOAD"\nexec $EMULATOR "$CONSOLE"\n' >"$folder/board"
 chmod +x "$folder/board"
 head -c 128 /dev/zero >"$folder/zeros"
@@ -22,7 +23,8 @@ export CONSOLE EMULATOR PRELOAD KOVA_SIM_SPEED KOVA_SIM_SCRIPT="$folder/script" 
 failed=0
 while IFS='|' read -r link only watch script; do
     KOVA_SIM_SPEED=1000
-    case $script in *"say end") KOVA_SIM_SPEED=0 ;; esac # times below are counts of video processor transfers, 0.1 ms each
+    # With speed 0 only transfers of the video processor take time, 0.1 ms each. The small times below count them.
+    case $script in *"say end") KOVA_SIM_SPEED=0 ;; esac
     printf '%s\n' "$script" | tr ';' '\n' >"$folder/script"
     yes '' | sh "$top/health/kova-health.sh" --quick --watch "${watch:-0}" ${only:+--only} ${only:+"$only"} \
         "$folder/board" >"$folder/shown" 2>&1
@@ -71,7 +73,7 @@ audio rate|audio rate||0 audio 44100
 |audio rate||
 END
 
-# The last session on the board puts back what init does not write, and is init.
-sed 's/ *[0-9.]* //' "$folder/journal" | tr '\n' ';' | grep -q '^kova w 000e 0000;kova w 0024 0000;.*hdmi2 r 1d 48;$' ||
+# The last session on the board writes back what init does not write, and ends with init.
+sed 's/ *[0-9.]* //' "$folder/journal" | tr '\n' ';' | grep -q '^kova w 000e 0000;kova w 0024 0000;.*hdmi2 r 1d 48;close;$' ||
     { echo 'the board is not left as init leaves it'; failed=1; }
 exit $failed
