@@ -1,4 +1,4 @@
-# What people install, in three components: console, simulator, development.
+# The install rules, in three components: console, simulator, development.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -16,7 +16,7 @@ if(KOVA_CONSOLE)
   install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT console)
 endif()
 
-# ---- Simulator: nothing can be preloaded under a static console ----
+# ---- Simulator, where the console is not static: nothing can be preloaded under a static program ----
 
 if(KOVA_CONSOLE AND NOT KOVA_STATIC)
   set(KOVA_PRELOAD_DIR ${CMAKE_INSTALL_FULL_LIBDIR}/kova-console)
@@ -27,36 +27,17 @@ if(KOVA_CONSOLE AND NOT KOVA_STATIC)
   install(FILES docs/kova-console-sim.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT simulator)
 endif()
 
-# ---- Development: an application includes kova/api.h, hdmitx/hdmitx.h and edid/edid.h; the others are their parts ----
+# ---- Development: an application includes kova/api.h, hdmitx/hdmitx.h and edid/edid.h, which include the others ----
 
-set(KOVA_PUBLIC_HEADERS
-  app/device.h
-  edid/MDDC.h
-  edid/edid.h
-  hdmitx/hdmitx.h
-  hdmitx/hdmitx_i2c.h
-  hdmitx/vmtables.h
-  kova/api.h
-  kova/csc.h
-  kova/deinterlacer.h
-  kova/filters.h
-  kova/formats.h
-  kova/input_port.h
-  kova/irq.h
-  kova/mainapp.h
-  kova/memory.h
-  kova/output_port.h
-  kova/regs.h
-  kova/scaler.h
-  kova/status.h
-  kova/version.h
-  kova/video_process.h
-  kova/windows.h)
-# A folder of the project's own: its parts have names that others use too.
+# Other projects have headers of the same names, so these are in a folder of their own.
 set(KOVA_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/kova-console)
-foreach(header IN LISTS KOVA_PUBLIC_HEADERS)
-  cmake_path(GET header PARENT_PATH folder)
-  install(FILES ${header} DESTINATION ${KOVA_INCLUDEDIR}/${folder} COMPONENT development)
+install(FILES app/device.h DESTINATION ${KOVA_INCLUDEDIR}/app COMPONENT development)
+install(FILES edid/MDDC.h edid/edid.h DESTINATION ${KOVA_INCLUDEDIR}/edid COMPONENT development)
+install(FILES hdmitx/hdmitx.h hdmitx/hdmitx_i2c.h hdmitx/vmtables.h
+  DESTINATION ${KOVA_INCLUDEDIR}/hdmitx COMPONENT development)
+foreach(topic api csc deinterlacer filters formats input_port irq mainapp memory output_port regs scaler status version
+    video_process windows)
+  install(FILES kova/${topic}.h DESTINATION ${KOVA_INCLUDEDIR}/kova COMPONENT development)
 endforeach()
 cmake_path(GET CMAKE_INSTALL_DOCDIR PARENT_PATH KOVA_DOCDIR)
 install(FILES examples/CMakeLists.txt examples/transmitter.cpp
@@ -64,7 +45,7 @@ install(FILES examples/CMakeLists.txt examples/transmitter.cpp
 
 target_include_directories(kova INTERFACE $<INSTALL_INTERFACE:${KOVA_INCLUDEDIR}>)
 install(TARGETS kova EXPORT kova ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
-# Stripping leaves libraries like this one alone, debug information and all.
+# CMake does not strip static libraries. Without this one's debug information it takes a fraction of the space.
 install(CODE "if(CMAKE_INSTALL_DO_STRIP)
   set(library \"${CMAKE_INSTALL_LIBDIR}/libkova.a\")
   cmake_path(ABSOLUTE_PATH library BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
@@ -77,14 +58,10 @@ install(EXPORT kova NAMESPACE kova:: FILE kovaConfig.cmake DESTINATION ${KOVA_CM
 write_basic_package_version_file(kovaConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/kovaConfigVersion.cmake DESTINATION ${KOVA_CMAKEDIR} COMPONENT development)
 
-# kova.pc names the prefix, which is known at the installation: cmake --install takes another one by --prefix.
-set(KOVA_PC_INCLUDEDIR "\\\${prefix}")
-cmake_path(APPEND KOVA_PC_INCLUDEDIR ${KOVA_INCLUDEDIR})
-set(KOVA_PC_LIBDIR "\\\${prefix}")
-cmake_path(APPEND KOVA_PC_LIBDIR ${CMAKE_INSTALL_LIBDIR})
+# kova.pc names the prefix. It is known only when the files are installed, since cmake --install has the option --prefix.
 install(CODE "
 set(PROJECT_VERSION ${PROJECT_VERSION})
-set(KOVA_PC_INCLUDEDIR \"${KOVA_PC_INCLUDEDIR}\")
-set(KOVA_PC_LIBDIR \"${KOVA_PC_LIBDIR}\")
+set(KOVA_INCLUDEDIR \"${KOVA_INCLUDEDIR}\")
+set(KOVA_LIBDIR \"${CMAKE_INSTALL_LIBDIR}\")
 configure_file(\"${PROJECT_SOURCE_DIR}/cmake/kova.pc.in\" \"${PROJECT_BINARY_DIR}/kova.pc\" @ONLY)" COMPONENT development)
 install(FILES ${PROJECT_BINARY_DIR}/kova.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

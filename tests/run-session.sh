@@ -4,12 +4,12 @@
 # usage: run-session.sh NAME PROGRAM [EMULATOR...]     PROGRAM: the console, or an example
 #
 # The simulated board lies beside the console. In sessions/:
-# NAME.in    what the person types; a line "@wait TEXT" waits until the console has shown TEXT, "@often LINE" types it
-#            a thousand times
-# NAME.out   standard output and standard error as they come, what the console has not read, then the exit status
-# NAME.env   optional: variables, a line each; "NO_BOARD=1" leaves the simulated board out, ARGUMENTS go to the program
-# NAME.keep  optional: extended regular expression of the lines to compare, for what does not come at fixed places
-# NAME.awk   optional: shortens what is kept
+# NAME.in    what is typed. A line "@wait TEXT" waits until the console has shown TEXT, and "@often LINE" types LINE a
+#            thousand times.
+# NAME.out   standard output and standard error together, then the input that was not read, then the exit status
+# NAME.env   optional: variables, one in each line. NO_BOARD=1 leaves the simulated board out, ARGUMENTS go to the program.
+# NAME.keep  optional: an extended regular expression. Only the lines that match it are compared.
+# NAME.awk   optional: an awk program that shortens the lines to compare
 #
 # UPDATE_SESSIONS=1 records instead of comparing.
 set -u
@@ -50,9 +50,8 @@ if grep -aq "^@wait " "$name.in"; then
     type_lines >"$input" &
 fi
 
-# $ORIGIN: the console's folder, whatever characters it holds; only the emulated program may get it.
-preload='LD_PRELOAD=$ORIGIN/libkova-sim.so'
-[ $# -eq 0 ] || preload="QEMU_SET_ENV=$preload"
+preload='LD_PRELOAD=$ORIGIN/libkova-sim.so' # $ORIGIN is the console's folder
+[ $# -eq 0 ] || preload="QEMU_SET_ENV=$preload" # for the emulated program, not for the emulator
 exec <"$input"
 ([ -n "${NO_BOARD:-}" ] || export "$preload" && exec "$@" "$console" ${ARGUMENTS:-}) >"$shown" 2>&1
 status=$?
@@ -62,8 +61,8 @@ echo "[exit status $status]" >>"$shown"
 actual=$shown
 if [ -f "$name.keep" ]; then
     actual=$folder/kept
-    # The prompt comes from the other thread than what follows it. A journal line gets a line of its own, and so does the
-    # exit status after a loop that was cut short.
+    # The prompt is left out, since another thread prints what follows it. Journal lines and the exit status get lines of
+    # their own.
     sed -e 's/Please Input Command : //' -e 's/ *[0-9]*\.[0-9]\{6\} [kh][a-z0-9]* [rw] /\
 &/' -e 's/\[exit status/\
 &/' "$shown" | grep -aE "$(cat "$name.keep")|^\[exit status|Sanitizer:" >"$actual"
