@@ -1,4 +1,4 @@
-// The audio that arrives at the transmitter: its CTS measurement, and the interrupts of a change.
+// The audio that arrives at the transmitter: the measured CTS, and the interrupts when the sample rate changes.
 
 #include "sim/board.h"
 
@@ -16,10 +16,10 @@ constexpr std::uint64_t kReferenceHertz = 27'000'000;
 
 struct Audio {
     std::uint32_t hertz, jitter;
-    std::uint32_t cts; // as latched with the read of its low byte
-    bool late;         // the jitter's side
+    std::uint32_t cts; // latched when its low byte is read
+    bool late;         // whether the next CTS is longer by the jitter
     std::span<const std::uint32_t> played;
-    std::size_t next; // of them
+    std::size_t next; // index of the next measurement in played
 } audio;
 
 std::uint64_t PixelClock() {

@@ -27,7 +27,7 @@ std::array<std::uint16_t, 0x10000> kova;
 bool kovaDead = false;
 
 struct Faults {
-    std::uint32_t first, count; // requests still to come before the run of failures; its length
+    std::uint32_t first, count; // number of the first request that fails, 1 is the next one; how many fail
     std::uint32_t every, sinceFailure;
 } faults;
 
@@ -68,7 +68,7 @@ void WriteKova(std::uint16_t addr, std::uint16_t value) {
 
 } // namespace
 
-// On a write request the driver leaves the record as it is.
+// The driver does not change the record of a write request.
 bool CarryOut(unsigned long request, kova_xfer& record) {
     const auto reg = static_cast<std::uint8_t>(record.addr);
     switch (request) {

@@ -1,5 +1,5 @@
 #pragma once
-// The pieces of the simulated board among themselves.
+// What the source files of the simulated board use of each other.
 
 #include "app/transfer.h"
 #include "sim/sim.h"
@@ -8,34 +8,34 @@
 
 namespace sim {
 
-/// A lock that the thread sanitizer does not see, as it does not see the kernel's. A std::mutex would order the
-/// console's threads at every request, and hide the races between them.
+/// A lock that the thread sanitizer does not see. It does not see the real kernel's lock either. A std::mutex would order
+/// the console's threads at every request, and so hide data races between them.
 struct Lock {
     void lock();
     void unlock() { taken.clear(std::memory_order_release); }
     std::atomic_flag taken{};
 };
 
-/// The kernel driver handles one request at a time, whichever thread it comes from. Every function below and in sim.h
-/// that a request reaches is called with this lock held; libc.cpp takes it.
+/// The kernel driver handles one request at a time, from whichever thread. libc.cpp takes this lock for each request, so
+/// the functions below and in sim.h that handle a request are called with the lock held.
 extern Lock boardLock;
 
-/// Whether somebody has set the board up, by Reset or from the environment.
+/// Whether the board is set up, by Reset or from the environment.
 extern bool isSetUp;
 
-/// Bits without a meaning show ones in a test, so that a mask that is too wide fails, and zeros to a person, who looks
-/// for the others.
+/// The value of bits without a meaning. In a test they are ones, so that a mask that is too wide fails. For a person they
+/// are zeros, so that the other bits are easier to see.
 extern bool meaninglessOnes;
 inline unsigned Meaningless(unsigned bits) { return meaninglessOnes ? bits : 0; }
 
-/// Carries out one request, with the faults that a script has planted. @return false when it fails
+/// Carries out one request, with the faults that a script has planted. @return false if it fails
 bool Transfer(unsigned long request, kova_xfer& record);
-/// Carries out one request on the chips. @return false: there is no such request
+/// Carries out one request on the chips. @return false if the request is not known
 bool CarryOut(unsigned long request, kova_xfer& record);
 
 // ---- faults.cpp ----
 
-/// What goes wrong with requests of one kind to a range of registers.
+/// A fault: what goes wrong with requests to a range of registers of one page.
 struct Fault {
     enum class Effect : std::uint8_t {
         Clear,        ///< bits of the value are 0
@@ -45,8 +45,8 @@ struct Fault {
         ClearAddress, ///< bits of the register address are 0
         SetAddress,   ///< bits of the register address are 1
         OtherPage,    ///< another page gets the request
-        Late,         ///< a write arrives with the next one
-        Lost,         ///< nothing happens, and the driver reports success
+        Late,         ///< a write arrives only when the next write is made
+        Lost,         ///< the request has no effect, and the driver reports success
         Fail,         ///< the driver reports an error
         Kernel,       ///< the kernel answers before the driver sees the request
     };
@@ -62,16 +62,16 @@ struct Fault {
 
 void AddFault(const Fault& fault);
 void ClearFaults();
-/// Reads a fault from a script's words after "fault". @return false: they are wrong
+/// Reads a fault from a script's words after "fault". @return false if the words are wrong
 bool ParseFault(std::span<char* const> words, Fault& fault);
-/// As CarryOut, with the faults.
+/// Does what CarryOut does, with the faults.
 bool CarryOutWithFaults(unsigned long request, kova_xfer& record);
 
 // ---- transmitter.cpp ----
 
 std::uint8_t ReadTx(Page page, std::uint8_t reg);
 void WriteTx(Page page, std::uint8_t reg, std::uint8_t value);
-/// Whether the transmitter asks for the video processor's attention.
+/// Whether the transmitter's interrupt line is active.
 bool TxInterruptPending();
 void ResetTx();
 
@@ -81,28 +81,28 @@ void RaiseTxInterrupt(std::uint8_t interrupts);
 // ---- audio.cpp ----
 
 void ResetAudio();
-/// Reads a register of page 1 that measures the audio. @return false: reg is none of them
+/// Reads a register of page 1 that measures the audio. @return false if reg is not one of them
 bool ReadAudio(std::uint8_t reg, std::uint8_t& value);
 
 // ---- video.cpp ----
 
-/// A video processor register as the chip shows it to a read.
+/// The value of a video processor register when it is read.
 std::uint16_t ReadVideo(std::uint16_t addr);
-/// Lets a write that the register has taken have its effect.
+/// Carries out the effect of a write. The register already has the value.
 void NoteVideoWrite(std::uint16_t addr, std::uint16_t value);
 void ResetVideo();
 
 // ---- clock.cpp ----
 
-/// Whether pauses are to fail.
+/// Whether pauses fail.
 bool PausesFail();
-/// In virtual time, moves the clock on by a pause. @return false in real time
+/// In virtual time, advances the clock by a pause. @return false in real time
 bool PassVirtually(std::uint64_t microseconds);
 /// Whether the time before the script's last line is being skipped.
 bool SkipsWaiting();
-/// Whether another thread of this process has something to do. Called without the lock, which it may want.
+/// Whether another thread of this process is running. Called without the lock, since that thread may need the lock.
 bool OthersRun();
-/// A pause in real time. Called without the lock, so that the other thread goes on.
+/// Pauses in real time. Called without the lock, so that other threads can run.
 void SleepReally(std::uint64_t microseconds);
 
 // ---- script.cpp ----
@@ -110,7 +110,7 @@ void SleepReally(std::uint64_t microseconds);
 /// Carries out the script's events that are due.
 void RunScript();
 void ClearScript();
-/// Reads a whole number from 1 to 1000000. @return false: it is none
+/// Reads a whole number from 1 to 1000000. @return false if the text is no such number
 bool ParseCount(const char* text, std::uint32_t& number);
 
 // ---- journal.cpp ----

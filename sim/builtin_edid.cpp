@@ -1,4 +1,4 @@
-// The monitor that hangs on the board when nobody names another: 1080p, HDMI, basic audio.
+// The monitor that is connected unless KOVA_SIM_EDID names another one: 1080p, HDMI, basic audio.
 
 #include "sim/sim.h"
 

@@ -1,4 +1,4 @@
-// The board's time: virtual for tests, real and scaled for people.
+// The board's time. Tests run in virtual time. For a person the time is real, or faster or slower by a factor.
 
 #include "sim/board.h"
 
@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::uint64_t kForEver = UINT64_MAX;
 
-std::uint64_t virtualUntil = 0; // from here on the time is real
+std::uint64_t virtualUntil = 0; // the time is virtual up to here and real afterwards
 std::uint64_t virtualNow = 0;
 double speed = 1;
 std::uint64_t realStart;
@@ -79,7 +79,7 @@ bool OthersRun() {
     bool running = false;
     while (const dirent* const thread = readdir(threads)) {
         const long number = std::strtol(thread->d_name, nullptr, 10);
-        if (number == 0 || number == syscall(SYS_gettid)) { // ".", ".." and this one
+        if (number == 0 || number == syscall(SYS_gettid)) { // ".", ".." and this thread
             continue;
         }
         std::array<char, 320> path{};

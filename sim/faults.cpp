@@ -1,4 +1,5 @@
-// Faults of single requests, as a script plants them: on the way from the driver to a range of registers of one page.
+// Faults that a script plants. Each one changes requests to a range of registers of one page, on their way from the driver
+// to the chip.
 
 #include "sim/board.h"
 
@@ -14,9 +15,9 @@ namespace {
 
 auto& faults = *new std::vector<Fault>; // never destroyed: see script.cpp
 
-constexpr const char* kPages[] = {"kova", "hdmi1", "hdmi2"}; // in the order of their request numbers, two for each
+constexpr const char* kPages[] = {"kova", "hdmi1", "hdmi2"}; // in the order of the request numbers; each page has two
 
-// The effects and whether one more word belongs to them.
+// The effects. Some need one more word, their argument.
 constexpr struct {
     const char* name;
     Fault::Effect effect;
@@ -64,7 +65,7 @@ bool ParseRange(std::string_view text, Fault& fault) {
     return dash == text.npos || (ParseHex(text.substr(dash + 1), fault.last) && fault.last >= fault.first);
 }
 
-// How a fault changes a value of which the transmitter has 8 bits in data[0].
+// Changes a value by the effect of a fault. A value of the transmitter is 8 bits in data[0].
 void ChangeValue(const Fault& fault, bool wide, kova_xfer& record) {
     unsigned value = wide ? unsigned{record.data[0]} << 8 | record.data[1] : record.data[0];
     switch (fault.effect) {
@@ -87,7 +88,7 @@ void ChangeValue(const Fault& fault, bool wide, kova_xfer& record) {
     record.data[1] = wide ? static_cast<std::uint8_t>(value & 0xFF) : record.data[1];
 }
 
-// Whether the fault has its effect on this request. Counts the requests that it concerns.
+// Whether the fault changes this request. Counts the requests to the fault's registers.
 bool IsDue(Fault& fault, unsigned long request, std::uint16_t reg) {
     const bool write = (request & 1) != 0;
     if (request / 2 != fault.page || !(write ? fault.writes : fault.reads) || reg < fault.first || reg > fault.last) {
@@ -136,7 +137,7 @@ bool CarryOutWithFaults(unsigned long request, kova_xfer& record) {
     const bool wide = request <= KOVA_310_WRITE;
     const std::uint16_t reg = wide ? record.addr : record.addr & 0xFF;
     unsigned long carriedOut = request;
-    kova_xfer carried = record; // what arrives behind the faults
+    kova_xfer carried = record; // the record as the chip gets it
     std::vector<const Fault*> ofTheValueRead;
     for (Fault& fault : faults) {
         if (!IsDue(fault, request, reg)) {
@@ -162,7 +163,7 @@ bool CarryOutWithFaults(unsigned long request, kova_xfer& record) {
             return true;
         case Fault::Effect::Fail:
             return false;
-        case Fault::Effect::Kernel: { // a number for the file system's block size, in place of the record
+        case Fault::Effect::Kernel: { // The kernel writes the block size of the file system into the record.
             const std::int32_t blockSize = 4096;
             std::memcpy(&record, &blockSize, sizeof record);
             return true;

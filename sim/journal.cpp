@@ -1,4 +1,4 @@
-// What the board was asked to do, as text: for tests to compare, and in a file for people.
+// The journal: every request as a line of text, for tests to compare and in a file for people.
 
 #include "sim/board.h"
 
@@ -15,7 +15,7 @@ auto& journal = *new std::string; // never destroyed: see script.cpp
 std::FILE* file = nullptr;        // never closed, for the same reason
 
 struct RequestText {
-    const char* format; // of address and value
+    const char* format; // prints the address and the value
     bool wide;          // the value has 16 bits
 };
 
@@ -75,7 +75,7 @@ bool WriteJournal(const char* path) {
         std::fprintf(stderr, "kova-sim: cannot open the journal '%s': %s\n", path, std::strerror(errno));
         return false;
     }
-    std::setvbuf(file, nullptr, _IOLBF, BUFSIZ); // for whoever follows it
+    std::setvbuf(file, nullptr, _IOLBF, BUFSIZ); // so that tail -f shows each line at once
     return true;
 }
 

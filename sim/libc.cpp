@@ -1,9 +1,10 @@
-// The five libc calls by which the console reaches the world, and openat, by which another program may. For the device
-// node they answer as the kernel driver would; everything else goes on to the kernel by its system call, since these
-// definitions hide libc's own.
+// The five functions of the C library by which the console reaches the kernel: open, ioctl, close, sleep and usleep. Also
+// openat, which another program may use. For the device node they answer as the kernel driver would. These definitions
+// hide those of the C library, so all other calls go to the kernel as system calls.
 //
-// Which symbol a call of open or ioctl becomes, the C library's headers decide: where files or times are 64 bits wide,
-// or calls are fortified, there are others. All of them are here, so the fortified headers' own must not be.
+// The C library's headers decide which symbol a call of open or ioctl becomes. The symbol is another one if files or times
+// have 64 bits, or if calls are fortified. All these symbols are defined here. So the fortified headers, which define some
+// of them as inline functions, must be switched off.
 #undef _FORTIFY_SOURCE
 
 #include "app/device.h"
@@ -20,19 +21,22 @@
 
 namespace {
 
-// The open descriptors of the device node. A process has 1024 descriptors unless somebody raised its limit.
+// The open descriptors of the device node. By default a process can have 1024 descriptors.
 std::array<std::atomic<bool>, 1024> isDevice;
 
-bool IsDevice(int fd) { return fd >= 0 && static_cast<std::size_t>(fd) < isDevice.size() && isDevice[fd]; }
+bool IsDevice(int fd) {
+    const auto index = static_cast<std::size_t>(fd); // beyond the array if fd is negative
+    return index < isDevice.size() && isDevice[index];
+}
 
 std::int32_t OpenDevice() {
     const std::scoped_lock lock(sim::boardLock);
     if (!sim::isSetUp && !sim::SetUpFromEnvironment()) {
-        sim::isSetUp = false; // nor is it for who tries again
+        sim::isSetUp = false; // a second try must set the board up again
         errno = ENODEV;
         return -1;
     }
-    // A descriptor of the kernel's, so that the number is nobody else's.
+    // The kernel hands out the descriptor, so its number is not used for another file.
     const auto fd = static_cast<int>(syscall(SYS_openat, AT_FDCWD, "/dev/null", O_RDWR, 0));
     if (fd >= static_cast<int>(isDevice.size())) {
         syscall(SYS_close, fd);
@@ -40,7 +44,7 @@ std::int32_t OpenDevice() {
         return -1;
     }
     if (fd >= 0) {
-        isDevice[fd] = true;
+        isDevice[static_cast<std::size_t>(fd)] = true;
     }
     return fd;
 }
@@ -66,7 +70,7 @@ bool Pause(std::uint64_t microseconds) {
     return true;
 }
 
-// A mode that the caller did not pass is anything: the kernel looks at it only when the flags create a file.
+// The mode is undefined unless the flags create a file. The kernel ignores it then.
 int OpenAny(int folder, const char* path, int flags, mode_t mode) {
     if (std::strcmp(path, kDeviceNode) == 0) {
         return OpenDevice();
@@ -85,8 +89,9 @@ int OpenAt  (int folder, const char* path, int flags, mode_t mode) __asm__("open
 int OpenAt64(int folder, const char* path, int flags, mode_t mode) __asm__("openat64");
 int Ioctl   (int fd, unsigned long request, void* argument)        __asm__("ioctl");
 
-// The same once more: the fortified calls, which have no mode, the call of a program with 64 bits for the time, and
-// the C library's own, which would bring its definitions of the others into a static program.
+// More names of the same functions: the fortified calls, which have no mode, and the ioctl of a program whose times have
+// 64 bits. __ioctl is the C library's own name. If it were not defined here, a static program would get the C library's
+// definitions of all of them.
 decltype(Open)     OpenChecked     __asm__("__open_2")       __attribute__((alias("open")));
 decltype(Open64)   Open64Checked   __asm__("__open64_2")     __attribute__((alias("open64")));
 decltype(OpenAt)   OpenAtChecked   __asm__("__openat_2")     __attribute__((alias("openat")));
@@ -117,14 +122,14 @@ int Ioctl(int fd, unsigned long request, void* argument) {
 int close(int fd) {
     if (IsDevice(fd)) {
         const std::scoped_lock lock(sim::boardLock);
-        isDevice[fd] = false;
+        isDevice[static_cast<std::size_t>(fd)] = false;
         sim::NoteClose();
     }
     return static_cast<int>(syscall(SYS_close, fd));
 }
 
 unsigned sleep(unsigned seconds) {
-    // Another thread that has something to do gets the time that is skipped, but no more than that.
+    // Before the time is skipped, other threads may run until they have nothing to do, but no longer than the sleep.
     constexpr std::uint64_t kPoll = 100;
     const std::uint64_t microseconds = std::uint64_t{seconds} * 1'000'000;
     for (std::uint64_t waited = 0; waited < microseconds && SkipsWaiting() && sim::OthersRun(); waited += kPoll) {

@@ -1,4 +1,4 @@
-// The board as a person sets it up: environment variables and a script of timed events.
+// The set-up of the board by environment variables, and the script of timed events.
 
 #include "sim/board.h"
 
@@ -21,15 +21,15 @@ struct Event {
     std::uint32_t number = 0;
     std::uint32_t jitter = 0;
     std::span<const std::uint8_t> edid;
-    const char* file = nullptr; // with another EDID, while the line is read
+    const char* file = nullptr; // EDID file of the line; used only while the line is read
     std::string text;
     Fault fault;
 };
 
-// Never destroyed: the control loop's thread may still be at work while the program ends.
+// The containers are never destroyed, since the loop thread may still use them while the program ends.
 auto& events = *new std::vector<Event>;
 std::size_t nextEvent = 0;
-auto& edids = *new std::deque<Edid>; // a deque: events borrow from its elements
+auto& edids = *new std::deque<Edid>; // a deque, since events refer to its elements
 
 // ---- EDID files ----
 
@@ -48,7 +48,7 @@ bool LoadEdid(const char* path, std::span<const std::uint8_t>& edid) {
         return false;
     }
     if (bytes.empty() || bytes.size() % 128 != 0 || bytes.size() > kMostEdidBytes) {
-        std::fprintf(stderr, "kova-sim: '%s' is no binary EDID: its size is not 1 to 256 blocks of 128 bytes\n", path);
+        std::fprintf(stderr, "kova-sim: '%s' is not a binary EDID. An EDID has 1 to 256 blocks of 128 bytes.\n", path);
         return false;
     }
     edid = edids.emplace_back(std::move(bytes));
@@ -56,7 +56,7 @@ bool LoadEdid(const char* path, std::span<const std::uint8_t>& edid) {
 }
 
 // ---- The script ----
-// A line each: seconds, event, arguments. '#' begins a comment.
+// Each line is an event: seconds, name, arguments. '#' begins a comment.
 
 struct Words {
     std::array<char*, 10> word{};
@@ -72,7 +72,7 @@ bool ParseSeconds(const char* text, double& seconds) {
 
 bool Is(const char* word, const char* expected) { return std::strcmp(word, expected) == 0; }
 
-// Fills the event from the words after the time. On failure: what a right line looks like.
+// Fills the event from the words after the time. @return nullptr; for a wrong line the correct form
 const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMonitor, Event& event) {
     const char* const name = words.word[1];
     const char* const argument = words.count > 2 ? words.word[2] : "";
@@ -175,7 +175,7 @@ bool ParseLine(char* line, const char* path, unsigned number, std::span<const st
     Event event{
         .when = static_cast<std::uint64_t>(seconds * 1e6), .action = nullptr, .edid = {}, .text = {}, .fault = {}};
     if (!events.empty() && event.when < events.back().when) {
-        std::fprintf(stderr, "kova-sim: %s:%u: earlier than the line before it\n", path, number);
+        std::fprintf(stderr, "kova-sim: %s:%u: the time is earlier than that of the line before\n", path, number);
         return false;
     }
     if (const char* const usage = ParseEvent(words, firstMonitor, event); usage != nullptr) {
@@ -192,8 +192,8 @@ bool ParseLine(char* line, const char* path, unsigned number, std::span<const st
 
 constexpr std::size_t kLongestLine = 4000;
 
-// Reads a line without its end. Stops behind a byte 0, and one character beyond the longest line: a file of another
-// kind may have no line ends at all. @return false at the end of the file
+// Reads a line without its line end. Reading stops after a zero byte and after one character too many, since a file that
+// is not text may have no line ends. @return false at the end of the file
 bool ReadLine(std::FILE* file, std::string& line) {
     line.clear();
     int c = std::getc(file);
@@ -217,7 +217,7 @@ bool LoadScript(const char* path, std::span<const std::uint8_t> firstMonitor) {
     for (unsigned number = 1; good && ReadLine(file, line); ++number) {
         if (line.size() > kLongestLine || line.ends_with('\0')) {
             const char* const problem =
-                line.ends_with('\0') ? "not a text file, it contains a zero byte" : "line too long";
+                line.ends_with('\0') ? "not a text file, it contains a zero byte" : "the line is too long";
             std::fprintf(stderr, "kova-sim: %s:%u: %s\n", path, number, problem);
             good = false;
         } else {
@@ -232,7 +232,7 @@ bool LoadScript(const char* path, std::span<const std::uint8_t> firstMonitor) {
     return good;
 }
 
-// A variable that is empty counts as not set.
+// An empty variable counts as not set.
 const char* Environment(const char* name) {
     const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): before there is a second thread
     return value != nullptr && value[0] != '\0' ? value : nullptr;
@@ -290,10 +290,10 @@ bool SetUpFromEnvironment() {
         return true;
     }
     if (events.empty()) {
-        std::fputs(
-            "kova-sim: KOVA_SIM_SPEED=0 skips the waiting up to the script's last line: KOVA_SIM_SCRIPT must name "
-            "a script\n",
-            stderr);
+        std::fputs("kova-sim: KOVA_SIM_SPEED=0 needs a script, since it skips the waiting up to the script's last "
+                   "line. Name one in "
+                   "KOVA_SIM_SCRIPT.\n",
+                   stderr);
         return false;
     }
     UseVirtualTimeUntil(events.back().when);

@@ -1,10 +1,10 @@
 #pragma once
-// The simulated board: stands in for the kernel driver, both chips and a monitor on the HDMI output. It answers the
-// five libc calls by which the console reaches the world (libc.cpp): open, ioctl and close of the device node, sleep,
-// usleep. A program may have the first two by any of their names.
+// The simulated board. It stands in for the kernel driver, both chips, and a monitor on the HDMI output. It replaces the
+// five functions of the C library by which the console reaches the kernel (libc.cpp): open, ioctl and close of the device
+// node, sleep, and usleep. open and ioctl have several names, and all of them are replaced.
 //
-// Preloaded under the unchanged console it is set up by environment (script.cpp). Linked into a test it is set up by
-// the functions below, starts at Reset and runs in virtual time.
+// When the board is preloaded under the unchanged console, environment variables set it up (script.cpp). When it is linked
+// into a test, the functions below set it up. It then starts with Reset and runs in virtual time.
 
 #include <array>
 #include <cstdint>
@@ -13,10 +13,10 @@
 
 namespace sim {
 
-/// Back to power-on: registers, faults, journal, virtual time 0; no monitor.
+/// Sets everything as at power-on: the registers, no faults, an empty journal, virtual time 0, no monitor.
 void Reset();
 
-// ---- Registers: a look or a poke from outside, without a transfer ----
+// ---- Registers: access from outside, without a transfer ----
 
 enum class Page : std::uint8_t { Hdmi1, Hdmi2 };
 
@@ -25,13 +25,13 @@ std::uint8_t& TxRegister(Page page, std::uint8_t reg);
 
 // ---- The video input ----
 
-/// What the video processor's status registers say of its input: 480 interlaced lines at 60 Hz unless set otherwise.
+/// The video input, as the video processor's status registers show it. The default is 480 interlaced lines at 60 Hz.
 struct VideoInput {
-    std::uint16_t syncStatus = 0;             ///< bits 1..0: 0 with sync
+    std::uint16_t syncStatus = 0;             ///< bits 1..0: 0 if there is sync
     std::uint16_t hFrequency = 0x8000 | 1716; ///< result of the line frequency measurement, bit 15: valid
     std::uint16_t linesField1 = 0x8000 | 262; ///< results of the line count measurement, bit 15: valid
     std::uint16_t linesField2 = 0x8000 | 263;
-    std::uint32_t measureReads = 0; ///< reads of the request register until a measurement has ended
+    std::uint32_t measureReads = 0; ///< reads of the request register until a measurement ends
 };
 
 void SetVideoInput(const VideoInput& video);
@@ -43,65 +43,70 @@ extern const std::array<std::uint8_t, 256> kBuiltInEdid;
 
 inline constexpr std::size_t kMostEdidBytes = 256 * 128;
 
-/// Connects a powered monitor, in place of one that is there, and raises the hot plug interrupt. The EDID is borrowed;
-/// beyond its end a read gives 0xFF.
+/// Connects a powered monitor, instead of the one that is connected, and raises the hot plug interrupt. The EDID must
+/// outlive the connection. A read beyond the end of the EDID gives 0xFF.
 void Plug(std::span<const std::uint8_t> edid);
-/// Forgets what the transmitter has noticed so far: all of it was there before the power came.
+/// Clears the transmitter's pending interrupts, as if the monitor had been connected before power-on.
 void ForgetInterrupts();
 void Unplug();
-/// Receiver sense: whether the monitor's receiver has power.
+/// Sets receiver sense: whether the monitor's receiver has power.
 void SetReceiver(bool on);
-/// Audio of this rate in Hz arrives, 0: none; a change of the rate raises the audio input interrupts. The transmitter's
-/// CTS follows it, N and the video processor's pixel clock, and alternates by jitter.
+/// Sets the sample rate in Hz of the audio that arrives, 0 for no audio. A change of the rate raises the audio input
+/// interrupts. The transmitter's CTS follows from the rate, from N and from the video processor's pixel clock. Every second
+/// CTS is longer by jitter.
 void SetAudio(std::uint32_t hertz, std::uint32_t jitter = 0);
-/// From now on these are the measurements of the CTS, one after the other and again, whatever arrives. Borrowed.
+/// From now on the CTS has these values, one after the other and then again from the first, whatever audio arrives. The
+/// values must outlive their use.
 void PlayCts(std::span<const std::uint32_t> measurements);
 
 // ---- Faults ----
 
-/// Among the requests that are made from now on, the first-th (1 is the next one) and the count - 1 after it fail.
+/// Lets count requests fail, beginning with request number first. Number 1 is the next request.
 void FailRequests(std::uint32_t first, std::uint32_t count);
-/// Every n-th request from now on fails; 1: all, 0: none.
+/// From now on every n-th request fails. 1: all requests fail, 0: none.
 void FailEvery(std::uint32_t n);
-/// Whether the video processor is dead: requests succeed, but every read gives 0xFFFF and no write changes anything.
+/// Sets whether the video processor is dead. Requests then succeed, but every read gives 0xFFFF and writes have no effect.
 void SetDead(bool dead);
 
-/// From now on no pause takes any time: the kernel does not know the C library's system call.
+/// From now on every pause fails at once, as with a kernel that does not know the C library's system call.
 void FailPauses();
 
-/// Number of status reads for which the DDC master stays busy after a command.
+/// Sets the number of status reads for which the DDC master is busy after a command.
 void SetDdcBusy(std::uint32_t statusReads);
-/// Error bits (0x40, 0x20, 0x08) with which every DDC transfer ends.
+/// Sets the error bits (0x40, 0x20, 0x08) with which every DDC transfer ends.
 void SetDdcError(std::uint8_t bits);
-/// Every n-th DDC transfer from now on is not acknowledged; 1: all, 0: none.
+/// From now on every n-th DDC transfer is not acknowledged. 1: no transfer is, 0: all are.
 void FailDdcEvery(std::uint32_t n);
-/// Called at the start of every DDC transfer with its number from 1; may change the monitor or the two settings above.
+/// Sets a function that is called at the start of every DDC transfer. Its argument is the transfer's number, from 1 on. The
+/// function may change the monitor, or the busy reads and the error bits.
 void SetDdcHook(void (*hook)(std::uint32_t transfer));
 
 // ---- Time ----
 
-/// Virtual time: a sleep returns at once and moves the board's clock. Otherwise sleeps run speed times as fast as real.
+/// Chooses virtual time: a sleep returns at once and advances the board's clock.
 void UseVirtualTime();
-/// Virtual time up to this moment on the board's clock, and real time from the sleep that reaches it.
+/// Chooses virtual time up to this moment on the board's clock. From the sleep that reaches the moment on, the time is
+/// real.
 void UseVirtualTimeUntil(std::uint64_t microseconds);
+/// Chooses real time. Sleeps end after their time divided by speed.
 void UseRealTime(double speed);
 /// The board's clock in microseconds since Reset, or since the time was chosen.
 std::uint64_t Now();
 
 // ---- Journal ----
 
-/// What has happened since Reset or the last TakeJournal, a line each: "kova r 0004 0083", "hdmi1 w 2f 01", "pause
-/// 100", "close"; a failed request ends in " failed". Empty unless KeepJournal(true).
+/// Returns the journal since Reset or the last TakeJournal, with a line for each event: "kova r 0004 0083", "hdmi1 w 2f
+/// 01", "pause 100", "close". The line of a failed request ends in " failed". Empty unless KeepJournal(true) was called.
 std::string TakeJournal();
 void KeepJournal(bool keep);
 
-/// From now on every transfer and every "close" go to this file too ("-": standard error), the board's clock in seconds
-/// before the journal's line.
-/// @return false, with a message on standard error, when it cannot be written
+/// From now on writes every transfer and every "close" to this file too. "-" is standard error. Each line begins with the
+/// board's clock in seconds.
+/// @return false with a message on standard error if the file cannot be written
 bool WriteJournal(const char* path);
 
 /// Sets up the board from KOVA_SIM_EDID, KOVA_SIM_SPEED, KOVA_SIM_SCRIPT and KOVA_SIM_JOURNAL.
-/// @return false, with a message on standard error, when one of them is bad.
+/// @return false with a message on standard error if one of them is bad
 bool SetUpFromEnvironment();
 
 } // namespace sim

@@ -1,5 +1,4 @@
-// The transmitter: identification, hot plug and receiver sense, interrupts, and the DDC master with a monitor behind
-// it.
+// The transmitter: identification, hot plug and receiver sense, interrupts, and the DDC master with the monitor.
 
 #include "sim/board.h"
 
@@ -12,11 +11,11 @@ constexpr std::uint8_t kIdentification = 0x03;
 constexpr std::uint8_t kSinkStatus = 0x09;
 constexpr std::uint8_t kHotPlug = 0x02, kReceiverSense = 0x04; // in kSinkStatus
 constexpr std::uint8_t kInterruptPending = 0x70;               // bit 0
-constexpr std::uint8_t kInterruptStatus = 0x71;                // a 1 written to a bit clears it
+constexpr std::uint8_t kInterruptStatus = 0x71;                // writing 1 to a bit clears it
 constexpr std::uint8_t kInterruptEnable = 0x75;
-constexpr std::uint8_t kHotPlugChange = 0x40, kReceiverChange = 0x20; // in the two above
+constexpr std::uint8_t kHotPlugChange = 0x40, kReceiverChange = 0x20; // in the two registers above
 
-// The DDC master, page 0 as well
+// The DDC master, also on page 0
 constexpr std::uint8_t kDdcAddress = 0xED;
 constexpr std::uint8_t kDdcSegment = 0xEE;
 constexpr std::uint8_t kDdcOffset = 0xEF;
@@ -29,20 +28,21 @@ constexpr std::uint8_t kDdcBusy = 0x10, kDdcNoAcknowledge = 0x20; // in kDdcStat
 constexpr std::uint8_t kClearFifo = 0x09, kRead = 0x02, kReadSegment = 0x04, kWrite = 0x06, kAbort = 0x0F;
 constexpr std::uint8_t kEdidDevice = 0xA0;
 
-// Bits without a meaning
+// Bits of these registers that have no meaning
 constexpr std::uint8_t kNotSinkStatus = 0xF9, kNotInterruptPending = 0xFE, kNotDdcStatus = 0x87;
 
 std::array<std::array<std::uint8_t, 256>, 2> pages;
 std::span<const std::uint8_t> monitorEdid;
 
 struct Ddc {
-    std::uint32_t position, left; // next byte of the FIFO in the EDID, and how many it still holds
-    std::uint32_t busy;           // status reads until the transfer has ended
-    std::uint8_t error;           // how it ends
+    std::uint32_t position, left; // offset in the EDID of the next FIFO byte, and how many bytes the FIFO still has
+    std::uint32_t busy;           // status reads until the transfer ends
+    std::uint8_t error;           // error bits with which the transfer ends
     std::uint32_t transfers;
-    std::uint32_t busyReads; // as set
-    std::uint8_t errorBits;  // as set
-    std::uint32_t failEvery; // as set
+    // As set from outside:
+    std::uint32_t busyReads;
+    std::uint8_t errorBits;
+    std::uint32_t failEvery;
     std::uint32_t sinceFailure;
     void (*hook)(std::uint32_t transfer);
 } ddc;

@@ -9,7 +9,7 @@ namespace {
 constexpr std::uint16_t kUpdate = 0x4C4;
 constexpr std::uint16_t kStatusSelect = 0x4C6;
 constexpr std::uint16_t kMeasure = 0x4D0;     // bit 0: request, bit 15: ready
-constexpr std::uint16_t kNotMeasure = 0x7FFE; // without a meaning
+constexpr std::uint16_t kNotMeasure = 0x7FFE; // bits without a meaning
 constexpr std::uint16_t kSyncStatus = 0x4E0;
 constexpr std::uint16_t kHFrequency = 0x4E2;
 constexpr std::uint16_t kLinesField1 = 0x4E8;
@@ -22,7 +22,7 @@ VideoInput input;
 
 struct {
     bool running;
-    std::uint32_t reads; // of the ready flag since the request took effect
+    std::uint32_t reads; // reads of the ready flag since the request took effect
 } measurement;
 
 bool Measured() { return measurement.running && measurement.reads > input.measureReads; }
