@@ -45,6 +45,8 @@ registers after init|||0 fault kova rw 4b0 clear ffff
 DDC data port|||0 fault hdmi1 r f4 flip 8 every 30
 late writes|||0 fault kova w all late
 page hdmi2|||0 fault hdmi2 r all lost
+page hdmi2|||0 fault hdmi2 rw all set-address 4
+page hdmi1|||0 fault hdmi1 rw all clear-address 1
 page hdmi2|||0 fault hdmi2 r all set ff;0 fault hdmi2 w all lost
 page order|||0 fault hdmi1 rw all page hdmi2;0 fault hdmi2 rw all page hdmi1
 requests|||0 fail every 55
