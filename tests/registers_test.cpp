@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kTop = fs::path(KOVA_TEST_DATA).parent_path().parent_path();
+fs::path Top() { return fs::path(KOVA_TEST_DATA).parent_path().parent_path(); }
 
 std::string ReadText(const fs::path& file) {
     std::ifstream stream(file);
@@ -28,7 +28,7 @@ enum Column : std::uint8_t { kAddress, kBits, kName, kMeaning, kFunction, kAfter
 std::vector<Row> ReadMap() {
     std::vector<Row> rows;
     std::string chip;
-    std::istringstream map(ReadText(kTop / "docs/registers.md"));
+    std::istringstream map(ReadText(Top() / "docs/registers.md"));
     for (std::string line; std::getline(map, line);) {
         if (line.starts_with("## ") && line.ends_with('`')) {
             chip = line.substr(line.find('`') + 1);
@@ -124,10 +124,10 @@ TEST_F(RegisterMap, ValuesAfterInit) {
 }
 
 TEST_F(RegisterMap, NamesAreTheCodes) {
-    const std::set<std::string> map = WordsOf(ReadText(kTop / "docs/registers.md"));
+    const std::set<std::string> map = WordsOf(ReadText(Top() / "docs/registers.md"));
     std::string code;
     for (const char* const folder : {"kova", "hdmitx", "edid"}) {
-        for (const auto& file : fs::directory_iterator(kTop / folder)) {
+        for (const auto& file : fs::directory_iterator(Top() / folder)) {
             code += ReadText(file.path());
             std::ifstream header(folder != std::string("edid") && file.path().extension() == ".h" ? file.path() : "");
             for (std::string line; std::getline(header, line);) {
