@@ -23,7 +23,7 @@ std::atomic_flag pauseFailed;
 
 void Pause() {
     if (usleep(kPauseMicroseconds) != 0 && errno != EINTR && !pauseFailed.test_and_set()) {
-        std::fprintf(stderr, "Pause failed, nothing is waited for: %s\n", std::strerror(errno));
+        std::fprintf(stderr, "A pause failed, so transfers are made without pauses: %s\n", std::strerror(errno));
     }
 }
 

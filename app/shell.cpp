@@ -284,7 +284,7 @@ void RunShell() {
         case Input::Line:
             break;
         case Input::TooLong:
-            std::fprintf(stderr, "Line longer than %zu characters: dropped, nothing of it was executed.\n",
+            std::fprintf(stderr, "The line is longer than %zu characters. It was dropped and not executed.\n",
                          input_command.size() - 2);
             continue;
         case Input::End:

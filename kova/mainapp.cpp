@@ -29,9 +29,9 @@ bool AwaitDeviceId() {
             return true;
         }
     }
-    std::printf(
-        "The video processor did not show its device ID %x in %d reads: start-up given up, nothing was changed.\n",
-        unsigned{KOVA_DEVICE_ID}, kMostIdReads);
+    std::printf("The video processor did not show its device ID %x in %d reads. The start-up was given up. No register "
+                "was written.\n",
+                unsigned{KOVA_DEVICE_ID}, kMostIdReads);
     return false;
 }
 
