@@ -90,7 +90,7 @@ bool Has(const OutVideoInfo& out, VideoFlag flag) { return (out.flags & flag) !=
 bool Has(const OutVideoInfo& out, OutAux option) { return (out.auxFlags & option) != 0; }
 
 // A multiplexed output sends luma and chroma of a pixel one after the other, so a line needs twice as many clocks.
-// Positions count from 1, so position x becomes 2 * x - 1.
+// Position x becomes 2 * x - 1. So positions probably count from 1, but this is not known.
 void DoubleHorizontalTiming(OutVideoInfo& out) {
     const auto doubledPosition = [](std::uint16_t x) { return static_cast<std::uint16_t>(x * 2 - 1); };
     SyncTiming& sync = out.sync;
