@@ -10,7 +10,7 @@ namespace {
 
 using Access = Board;
 
-TEST_F(Access, AFailedRequestGivesMinusOneAndSoDoesAnUnknownPageWithoutOne) {
+TEST_F(Access, FailedRequestsAndUnknownPagesGiveMinusOne) {
     EXPECT_EQ(write_hdmi(0x73, 1, 2) + read_hdmi(0xDC, 1), -2);
     EXPECT_EQ(Journal(), "");
     for (const int result : {1, -1}) {
@@ -24,7 +24,7 @@ TEST_F(Access, AFailedRequestGivesMinusOneAndSoDoesAnUnknownPageWithoutOne) {
     }
 }
 
-TEST_F(Access, PausesThatFailAreReportedOnce) {
+TEST_F(Access, FailedPausesAreReportedOnce) {
     for (const auto transfer : {+[] { return write_kova(s_fd, 4, 0, 0); }, +[] { return read_kova(s_fd, 4, 0, 0); }}) {
         const auto twice = [transfer] {
             sim::FailPauses();
@@ -36,7 +36,7 @@ TEST_F(Access, PausesThatFailAreReportedOnce) {
     }
 }
 
-TEST_F(Access, TheNodeIsNoStandardStreamEvenWhereTheyAreClosed) {
+TEST_F(Access, NodeNeverReplacesClosedStandardStreams) {
     const auto reopen = [] {
         close_kova();
         for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
@@ -50,7 +50,7 @@ TEST_F(Access, TheNodeIsNoStandardStreamEvenWhereTheyAreClosed) {
     EXPECT_EXIT(reopen(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(Access, BlocksGoOnAfterAFailure) {
+TEST_F(Access, BlocksContinueAfterFailure) {
     const std::array<std::uint16_t, 3> words{0x1122, 0x3344, 0x5566};
     const std::array<std::uint8_t, 3> bytes{1, 2, 3};
     std::array<std::uint16_t, 3> wordsBack{};
@@ -75,7 +75,7 @@ struct Case {
     Value old, pos, width, data, expected;
 };
 
-TEST_F(Access, FieldsAreWrittenIntoTheRegisterAsItIs) {
+TEST_F(Access, FieldsKeepOtherBits) {
     using Kova = Case<std::uint16_t>;
     for (const Kova& c : {Kova{0x0000, 9, 7, 0x007F, 0xFE00}, Kova{0xFFFF, 9, 7, 0x0000, 0x01FF},
                           Kova{0x1234, 0, 16, 0xBEEF, 0xBEEF}, Kova{0x0001, 15, 1, 0x0001, 0x8001},

@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(Audio, SetNFollowsTheRateThatArrives) {
+TEST_F(Audio, SetNFollowsMeasuredRate) {
     struct Case {
         std::uint8_t frmt;
         std::uint16_t p, m, s;
@@ -50,7 +50,7 @@ TEST_F(Audio, SetNFollowsTheRateThatArrives) {
     }
 }
 
-TEST_F(Audio, TheClockIsStableWhenFiveRoundsAgreeWithoutOneThatDoesNot) {
+TEST_F(Audio, ClockIsStableAfterFiveEqualRounds) {
     using Cts = std::vector<std::uint32_t>; // two measurements a round, repeated
     for (const Cts& measurements :
          {Cts{5001}, Cts{5000}, Cts{4000, 6000}, Cts{6000, 6002, 6002, 6000}, Cts{6000, 6003}, Cts{6003, 6000},
@@ -67,7 +67,7 @@ TEST_F(Audio, TheClockIsStableWhenFiveRoundsAgreeWithoutOneThatDoesNot) {
     }
 }
 
-TEST_F(Audio, TheRateIsClassifiedWithinItsBounds) {
+TEST_F(Audio, RateIsFoundWithinItsBounds) {
     // CTS 10000 and N 128 * 100 make Fs the pixel clock.
     static constexpr std::array<std::uint32_t, 1> kCts{10'000}, kBroken{99}, kFailed{0xFFFFFF};
     sim::PlayCts(kCts);

@@ -72,7 +72,7 @@ Parsed Parse(
 using Edid = Board;
 
 // clang-format off
-TEST_F(Edid, ADviMonitorIsReportedByItsTimings) {
+TEST_F(Edid, ReportsTimingsOfDviMonitor) {
     // Behind one that is none: interlaced, H 1281 + 370, V 719 + 30, syncs 111 + 300 and 37 + 50, 530 x 300 mm,
     // borders 1 and 2. Its first bytes are read, and fed, twice.
     const Bytes timing{1, 29, 1, 0x72, 0x51, 0xCF, 30, 0x20, 111, 0x2C, 0x52, 0x1B, 0x12, 0x2C, 0x21, 1, 2, 0xE0};
@@ -85,7 +85,7 @@ TEST_F(Edid, ADviMonitorIsReportedByItsTimings) {
     log << Parse(base.Build()).report << '\n' << Parse(Bytes{1, 2, 3, 4, 5, 6, 7, 0xF8}).report; // no header
 }
 
-TEST_F(Edid, AnHdmiMonitorBehindABlockMapIsReportedByItsCeaBlock) {
+TEST_F(Edid, ReportsCeaBlockBehindBlockMap) {
     const Bytes audio{0x0F, 0x07, 0x05, 0x17, 0x48, 0x50, 0x40, 0x37, 0x01, 0x78, 0x00, 0x00, 0x18, 0,
                       0,    0x20, 0,    0,    0x28, 0,    0,    0x30, 0,    0,    0x38, 0,    0};
     const Bytes blocks = Join({Video({1, 2, 0x83, 4, 5, 0x86, 7, 8, 9, 10, 11, 12}), edid::Audio(audio),
@@ -118,7 +118,7 @@ struct Case {
     Bytes edid;
 };
 
-TEST_F(Edid, WhatKindOfMonitorItIs) {
+TEST_F(Edid, KindOfMonitor) {
     const Bytes hdmi = Cea(0x50, Hdmi()), plain = Cea(0x50, Video({1})), other = Other(0x40);
     const Bytes one = Base{.extensions = 1}.Build(), two = Join({Base{.extensions = 2}.Build(), BlockMap()});
     const auto with = [](Bytes edid, std::size_t at, std::uint8_t value) {
@@ -152,7 +152,7 @@ TEST_F(Edid, WhatKindOfMonitorItIs) {
     }
 }
 
-TEST_F(Edid, TheOffsetOfTheTimingsIsData) {
+TEST_F(Edid, AnyTimingOffsetEndsTheParse) {
     const auto monitor = [](std::uint8_t timings, const Bytes& rest) {
         return Join({Base{.extensions = 1}.Build(), Block(Join({{2, 3, timings, 0}, rest}))});
     };
@@ -185,7 +185,7 @@ TEST_F(Edid, TheOffsetOfTheTimingsIsData) {
 // A read that fails does, a late one gives zeros.
 // Except in the search for the vendor-specific block, which then has found none, and at the signature, which then is
 // as good as right. The physical address decides. Without a signature block 0's timings are parsed.
-TEST_F(Edid, AFailureEndsTheParse) {
+TEST_F(Edid, FailedReadEndsTheParse) {
     const std::vector<Case> cases{
         {"DVI", Base{}.Build()}, {"HDMI", Bytes(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end())},
         {"behind a block map", Join({Base{.extensions = 2}.Build(), BlockMap(), Cea(0, Hdmi()), Other(0x40)})}};
@@ -210,7 +210,7 @@ TEST_F(Edid, AFailureEndsTheParse) {
 // clang-format on
 
 // A read of the segment register that fails shows another segment, and the request selects it.
-TEST_F(Edid, ALostSegmentIsFoundAgain) {
+TEST_F(Edid, LostSegmentIsSelectedAgain) {
     EDIDParseResult result{};
     std::uint8_t transfer = 0xFF;
     const auto parse = [&] { transfer = ParseEDID(&result); };
@@ -230,7 +230,7 @@ TEST_F(Edid, ALostSegmentIsFoundAgain) {
     EXPECT_EQ(result.OutMode, EDID_OUTMODE_HDMI);
 }
 
-TEST(EdidTimings, TheVideoProcessorsFormatsAreRecognised) {
+TEST(EdidTimings, RecognisesFormatsOfVideoProcessor) {
     for (std::uint8_t frmt = VIDOUT_720x480p60; frmt <= VIDOUT_1280x1024p75; ++frmt) {
         const SyncTiming& sync = defKOVAOutSync[frmt];
         const int frontPorch = sync[SYNC_H_TOTAL] - sync[SYNC_H_ACTIVE_END] + 1;
@@ -243,7 +243,7 @@ TEST(EdidTimings, TheVideoProcessorsFormatsAreRecognised) {
     }
 }
 
-TEST_F(Edid, NoMutilatedMonitorBreaksTheParse) {
+TEST_F(Edid, ParseSurvivesDamagedEdids) {
     const std::vector<Bytes> monitors = edid::SoundMonitors();
     std::mt19937 random(861); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same mutations in every run
     for (unsigned i = 0; i < 300; ++i) {

@@ -42,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(Faults, AnyRequestOfTheStartUpMayFailAndNothingElseChanges) {
+TEST_F(Faults, StartUpSurvivesAnyFailedRequest) {
     const auto startUp = [] { // whatever a caller has changed before
         stSrcVideoInfo = {.mode = 255, .auxFlags = 255, .ycOffset = 7, .stClip = {1, 2, 3, 4}, .flags = 0xFFFF};
         stOutVideoInfo = {.frmt = 255, .auxFlags = 0xFFFF, .stZoom = {1, 2, 3, 4}, .stView = {1, 2, 3, 4}, .hue = 1};
@@ -58,7 +58,7 @@ TEST_F(Faults, AnyRequestOfTheStartUpMayFailAndNothingElseChanges) {
     }
 }
 
-TEST_F(Faults, AnyRequestOfTheLoopMayFailAndTheOutputComesOn) {
+TEST_F(Faults, LoopSurvivesAnyFailedRequest) {
     constexpr unsigned kOn = 136;             // passes until the line of the HDMI output
     constexpr unsigned kAgain = kOn + 3 * 32; // and until the EDID has been read anew
     constexpr unsigned kPeriod = 992;

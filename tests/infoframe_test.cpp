@@ -4,7 +4,7 @@ namespace {
 
 using InfoFrames = Board;
 
-TEST_F(InfoFrames, TheAviInfoFrameDescribesFormatColoursAndAspect) {
+TEST_F(InfoFrames, AviDescribesFormatColoursAndAspect) {
     struct Case {
         std::uint8_t frmt, mode, activeAspect;
     };

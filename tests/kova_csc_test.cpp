@@ -12,7 +12,7 @@ protected:
 };
 
 // 1024 times the cosine, then the sine of -60 to 60 degrees; six entries stand one beside the rounding rule.
-TEST_F(KovaCsc, HueTurnsByUpToSixtyDegrees) {
+TEST_F(KovaCsc, HueRotatesUpToSixtyDegrees) {
     log << std::dec;
     for (const auto& table : {KOVA_CscCosHue, KOVA_CscSinHue}) {
         for (std::size_t hue = 0; hue < table.size(); ++hue) {
@@ -40,7 +40,7 @@ TEST_F(KovaCsc, SetsFollowBothRecords) {
     }
 }
 
-TEST_F(KovaCsc, PictureControlsAreFoldedIntoTheSet) {
+TEST_F(KovaCsc, PictureControlsChangeTheCoefficients) {
     const CscSet extreme{32767, -32768, -32768, 32767, -32768, -32768, 32767, -32768, -32768, 32767, 5, -6, 7, 8, 9};
     struct Case {
         std::uint16_t outFlags;

@@ -36,7 +36,7 @@ protected:
     SrcVideoInfo src{};
 };
 
-TEST_F(KovaDeinterlacer, SettersOfOneThing) {
+TEST_F(KovaDeinterlacer, SettersOfOneField) {
     stKOVADeint.state = 0xFF;
     NoteKept(KOVAAPI_LoadDeintData(), "defaults");
     // clang-format off
@@ -65,7 +65,7 @@ TEST_F(KovaDeinterlacer, SettersOfOneThing) {
     }
 }
 
-TEST_F(KovaDeinterlacer, SettersOfMoreThanOneThing) {
+TEST_F(KovaDeinterlacer, SettersOfSeveralFields) {
     for (const std::uint16_t mode : Words{1, 2, 6}) {
         Note(KOVAAPI_SetDeintYMode(mode), "luma mode", mode);
     }
@@ -90,7 +90,7 @@ TEST_F(KovaDeinterlacer, SettersOfMoreThanOneThing) {
     NoteKept(KOVAAPI_SetDeintCMode(5), "chroma mode 5: too large for its place");
 }
 
-TEST_F(KovaDeinterlacer, AnOverriddenSetterWritesTheOverrideAndKeepsTheChoice) {
+TEST_F(KovaDeinterlacer, OverriddenSetterKeepsCallersChoice) {
     for (const int state :
          {DEINT_NR_ON | DEINT_HD_DOUBLE, DEINT_HD_FORCED + 0, DEINT_DECIMATING + 0, DEINT_V2TAB_FORCED + 0}) {
         // clang-format off

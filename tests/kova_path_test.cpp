@@ -21,7 +21,7 @@ protected:
     OutVideoInfo out{.frmt = VIDOUT_1280x1024p60, .mode = RGB444_8};
 };
 
-TEST_F(KovaPath, AFormatOutOfRangeStopsTheUpdateWhereItIsFound) {
+TEST_F(KovaPath, InvalidFormatStopsUpdate) {
     struct Case {
         std::uint8_t srcFrmt, srcMode, outFrmt;
     };
@@ -35,13 +35,13 @@ TEST_F(KovaPath, AFormatOutOfRangeStopsTheUpdateWhereItIsFound) {
     }
 }
 
-TEST_F(KovaPath, NoResultTellsOfFailedTransfers) {
+TEST_F(KovaPath, FailedTransfersAreNotReported) {
     sim::FailEvery(1);
     Quietly([this] { EXPECT_EQ(KOVAAPI_HDDBLProcess(&src, &out, 1), KOVA_NO_ERROR); });
     EXPECT_EQ(stKOVADstWIN, (VideoWindow{696, 480}));
 }
 
-TEST_F(KovaPath, TheDoubleRateVariantWrapsTheUpdate) {
+TEST_F(KovaPath, DoubleRateUpdateAddsItsSteps) {
     const auto note = [this](std::uint8_t on) {
         const std::uint8_t result = KOVAAPI_HDDBLProcess(&src, &out, on);
         log << "source window " << stKOVASrcWIN << ' ';

@@ -9,7 +9,7 @@ protected:
     OutVideoInfo out{};
 };
 
-TEST_F(KovaPorts, AFormatOrModeOutOfRangeChangesNothing) {
+TEST_F(KovaPorts, InvalidFormatOrModeChangesNothing) {
     for (const auto& [frmt, mode] : {std::pair{24, 0}, {255, 0}, {0, 10}, {0, 255}, {12, 8}}) {
         src = {.frmt = std::uint8_t(frmt), .mode = std::uint8_t(mode), .hTotal = 1, .flags = 2, .stActive = {3, 4}};
         out = {.frmt = src.frmt, .mode = src.mode, .flags = 2, .stActive = {3, 4}};
@@ -27,7 +27,7 @@ static_assert(VIDSRC_720x576i50 == 1 && VIDSRC_1280x720p60 == 4 && VIDSRC_1920x1
               && VIDSRC_1280x1024p60 == 11);
 
 // Every mode twice, every format, each option alone or none, into empty registers and full ones.
-TEST_F(KovaPorts, InputModesAndFormatsFillTheRecordAndTheChip) {
+TEST_F(KovaPorts, InputModesFillRecordAndChip) {
     for (unsigned i = 0; i < 2 * kSrcModes; ++i) {
         const auto mode = static_cast<std::uint8_t>(i % kSrcModes), frmt = static_cast<std::uint8_t>(i % VIDSRC_COUNT);
         const unsigned option = (i + i / kSrcModes) % 5;
@@ -45,7 +45,7 @@ TEST_F(KovaPorts, InputModesAndFormatsFillTheRecordAndTheChip) {
     }
 }
 
-TEST_F(KovaPorts, SingleSettersOnThePortOfTheRecord) {
+TEST_F(KovaPorts, SingleSettersUseTheRecordsPort) {
     for (const unsigned port : {VIDFLAG_PORT_A + 0U, 0U}) {
         for (const bool on : {true, false}) {
             src = {.auxFlags = std::uint8_t(on ? 0 : 0x1F), .flags = std::uint16_t(port)};
@@ -71,7 +71,7 @@ TEST_F(KovaPorts, SingleSettersOnThePortOfTheRecord) {
 
 // ---- Output ----
 
-TEST_F(KovaPorts, EverythingOfAnInterlacedYCbCrOutput) {
+TEST_F(KovaPorts, InterlacedYCbCrOutputWithAllOptions) {
     constexpr std::array<ClockDelay, 5> kDelays{{{1, 1}, {1, 2}, {2, 3}, {255, 0}, {0, 1}}};
     out = {.frmt = VIDOUT_1920x1080i60, .mode = EMB422_10, .auxFlags = 0x822F};
     out.pOutVCLK = &kDelays[0];
@@ -84,7 +84,7 @@ TEST_F(KovaPorts, EverythingOfAnInterlacedYCbCrOutput) {
 
 // A multiplexed output narrower than 1024 pixels runs at twice the pixel clock: every mode of a narrow one, of one that
 // is not, and of an interlaced one. Of the sync words those that differ from mode 0's.
-TEST_F(KovaPorts, OutputModesAndFormatsFillTheRecord) {
+TEST_F(KovaPorts, OutputModesFillRecord) {
     for (std::uint8_t frmt = 0; frmt < VIDOUT_COUNT; ++frmt) {
         SyncTiming sync{};
         const bool every = frmt == VIDOUT_720x480i60 || frmt == VIDOUT_1024x768p60 || frmt == VIDOUT_1920x1080i60;
@@ -156,7 +156,7 @@ TEST_F(KovaPorts, ClocksAndResets) {
     Note(KOVAAPI_ResetOutSync(100), "sync reset");
 }
 
-TEST_F(KovaPorts, DriversAndPinsAreSwitchedOffByTheirBits) {
+TEST_F(KovaPorts, EachBitSwitchesItsDriverOrPin) {
     for (const auto& [enable, which] : {std::pair{&KOVAAPI_EnableClockDrive, 15},
                                         {&KOVAAPI_EnableClockDrive, 3},
                                         {&KOVAAPI_EnableClockDrive, 14},

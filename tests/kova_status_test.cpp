@@ -38,7 +38,7 @@ TEST_F(KovaStatus, StatusAndMeasurements) {
     }
 }
 
-TEST_F(KovaStatus, AMeasurementThatNeverEndsIsGivenUp) {
+TEST_F(KovaStatus, EndlessMeasurementIsGivenUp) {
     for (const auto& [reads, lines] : {std::pair{4999U, 525}, {5000U, 0xFFFF}}) {
         sim::SetVideoInput({.measureReads = reads});
         EXPECT_EQ(Lines(), lines);
@@ -51,7 +51,7 @@ TEST_F(KovaStatus, AMeasurementThatNeverEndsIsGivenUp) {
     Quietly([] { EXPECT_EQ(std::tuple(HFrequency(), Lines()), std::tuple(0xFFFF, 0xFFFF)); });
 }
 
-TEST_F(KovaStatus, InputPatternsAndTheInputAgain) {
+TEST_F(KovaStatus, InputPatternsAndBackToInput) {
     struct Case {
         SrcVideoInfo src;
         unsigned pattern;

@@ -8,7 +8,7 @@ protected:
     OutVideoInfo out{.stActive = {1280, 1024}};
 };
 
-TEST_F(KovaWindows, WholePicturesAndCallersWindows) {
+TEST_F(KovaWindows, WholePictureAndCallersWindows) {
     Note(KOVAAPI_SetWindowSrcVideo(&src), "whole picture");
     Note(KOVAAPI_SetHDecimateVideo(&src), "decimation");
     Note(KOVAAPI_SetWindowOutVideo(&out), "whole output");
@@ -55,7 +55,7 @@ TEST_F(KovaWindows, RoundingClipDecimationAndDestination) {
     }
 }
 
-TEST_F(KovaWindows, ScalerSetsAreLoadedWhenTheNeedChanges) {
+TEST_F(KovaWindows, ScalerSetsLoadOnlyWhenNeeded) {
     KOVAPLLClock = 2;
     stKOVADstWIN.h = 481; // half of which is 240 lines
     for (const unsigned viewH : {240U, 239U}) {

@@ -5,7 +5,7 @@ namespace {
 
 using Mddc = Board;
 
-TEST_F(Mddc, PollsAreBoundedAndErrorsAreAborted) {
+TEST_F(Mddc, PollsEndAndErrorsAbort) {
     struct Case {
         std::uint8_t count, error;
         std::uint32_t busy;

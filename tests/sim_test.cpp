@@ -66,7 +66,7 @@ protected:
     }
 };
 
-TEST_F(SimSetUp, AScriptHappensOnce) {
+TEST_F(SimSetUp, ScriptRunsOncePerStart) {
     for (int start = 0; start < 2; ++start) {
         EXPECT_EQ(WithScript("0 say once"), "");
         ASSERT_GE(open_kova(), 0);
@@ -80,7 +80,7 @@ TEST_F(SimSetUp, AScriptHappensOnce) {
 }
 
 // Unless another speed is set, the board's clock goes as fast as any other.
-TEST_F(SimSetUp, TheTimeIsReal) {
+TEST_F(SimSetUp, TimeIsRealByDefault) {
     EXPECT_EQ(SetUpBoard(), "");
     const auto real = [] { return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::microseconds(1); };
     const auto board = [] { return static_cast<std::int64_t>(sim::Now()); };
@@ -93,7 +93,7 @@ TEST_F(SimSetUp, TheTimeIsReal) {
 
 // By whatever name a program has them in the C library. What is not the board's goes on to the kernel; what the driver
 // does not know fails.
-TEST_F(SimSetUp, EveryOpenAndIoctl) {
+TEST_F(SimSetUp, AllNamesOfOpenAndIoctl) {
     EXPECT_EQ(SetUpBoard(), "");
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
@@ -132,7 +132,7 @@ TEST_F(SimSetUp, EveryOpenAndIoctl) {
     EXPECT_EQ(std::filesystem::status("file").permissions(), std::filesystem::perms(0600));
 }
 
-TEST_F(SimSetUp, WhatIsWrongIsNamed) {
+TEST_F(SimSetUp, WrongSettingsAreNamed) {
     for (const char* const script :
          {"x unplug", "\n1", "-1 unplug", "nan unplug", "5 unplug\n4 plug", "0 unplug now", "0 receiver maybe",
           "0 audio", "0 fail -1", "0 fail every 0", "0 ddc", "0 say", "0 explode", "0 plug nowhere.bin", "0 plug ."}) {

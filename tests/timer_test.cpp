@@ -65,7 +65,7 @@ TEST_F(Loop, ParsesThatDisagreeStartOver) {
 }
 
 // The poll from every state, by hot plug and receiver sense. DVI is forced: state 1 does not stay.
-TEST_F(Loop, ThePollMovesEveryState) {
+TEST_F(Loop, PollChangesEveryState) {
     for (const std::uint8_t from :
          {OUTPUT_NO_SINK, OUTPUT_CHECK_EDID, OUTPUT_HDMI, OUTPUT_DVI, OUTPUT_HDMI_NO_POWER, OUTPUT_DVI_NO_POWER}) {
         for (const char* const sink : {"none   ", "plugged", "powered"}) {
@@ -89,7 +89,7 @@ TEST_F(Loop, ThePollMovesEveryState) {
     }
 }
 
-TEST_F(Loop, PowerThatComesWhileTheEdidIsReadCounts) {
+TEST_F(Loop, ReceiverPowerDuringEdidReadCounts) {
     sim::SetDdcHook([](std::uint32_t /*transfer*/) { sim::SetReceiver(true); });
     Attach(sim::kBuiltInEdid, false);
     Rounds(4);
@@ -129,7 +129,7 @@ TEST_F(Loop, EachInterruptHasItsAction) {
     });
 }
 
-TEST_F(Loop, StoredInterruptsAreTakenOneByOne) {
+TEST_F(Loop, StoredInterruptsAreReportedOnce) {
     sim::KovaRegister(0x10) = 0x8081;
     KOVAAPI_GetParseIRQ();
     std::uint8_t pending = 0xEE;
@@ -144,7 +144,7 @@ TEST_F(Loop, StoredInterruptsAreTakenOneByOne) {
 }
 
 // While the loop is said to run none is created, so that none is missing.
-TEST_F(Loop, WithoutAThreadTheProgramEnds) {
+TEST_F(Loop, ProgramEndsWithoutThread) {
     EXPECT_EXIT(
         {
             pthread_attr_t attributes;

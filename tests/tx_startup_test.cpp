@@ -61,7 +61,7 @@ TEST_F(TxStartUp, EverySequence) {
 }
 
 // What becomes of each old value of the mode register, and what a port mode's report says.
-TEST_F(TxStartUp, TheInputStageFollowsPortModeOutputStateAndTiming) {
+TEST_F(TxStartUp, InputStageFollowsModeStateAndTiming) {
     for (OutVideoMode = 0; OutVideoMode <= 9; ++OutVideoMode) {
         for (const std::uint8_t state : {OUTPUT_NO_SINK, OUTPUT_HDMI, OUTPUT_DVI, OUTPUT_DVI_NO_POWER}) {
             OutputState = state;
