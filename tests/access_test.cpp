@@ -1,4 +1,4 @@
-// Reaching the chips: the node, its requests, blocks and fields of registers.
+// Access to the chips: the device node, its requests, blocks of registers, fields of registers.
 
 #include "app/transfer.h"
 #include "tests/board.h"
@@ -18,7 +18,7 @@ TEST_F(Access, FailedRequestsAndUnknownPagesGiveMinusOne) {
             for (const int came : {write_kova(s_fd, 1, 0, 0), write_hdmi(0x7A, 1, 1), read_hdmi(0x7A, 1)}) {
                 EXPECT_EQ(came, result);
             }
-            EXPECT_EQ(read_kova(s_fd, 4, 0, 0), result == 1 ? 0x8300 : -1); // the high byte in front
+            EXPECT_EQ(read_kova(s_fd, 4, 0, 0), result == 1 ? 0x8300 : -1); // the register's high byte comes first
         });
         sim::FailEvery(1);
     }
@@ -42,7 +42,8 @@ TEST_F(Access, NodeNeverReplacesClosedStandardStreams) {
         for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
             close(stream);
         }
-        const bool apart = open_kova() > STDERR_FILENO && read(STDIN_FILENO, nullptr, 0) == 0; // taken, and at its end
+        const bool apart =
+            open_kova() > STDERR_FILENO && read(STDIN_FILENO, nullptr, 0) == 0; // standard input is open and empty
         const int node = s_fd;
         close_kova();
         std::_Exit(apart && fcntl(node, F_GETFD) == -1 ? 0 : 1);
@@ -61,7 +62,7 @@ TEST_F(Access, BlocksContinueAfterFailure) {
         EXPECT_EQ(KOVA_MultiWrite(0xFFFE, words.data(), 6), 0);
         EXPECT_EQ(KOVA_MultiRead(0xFFFE, wordsBack.data(), 6), 0);
         HDTX_MultiWrite(HDTX_SLV1, 0xFE, bytes.data(), 3);
-        HDTX_MultiRead(HDTX_SLV1, 0x30, bytesBack.data(), 3); // drains one register
+        HDTX_MultiRead(HDTX_SLV1, 0x30, bytesBack.data(), 3); // all bytes come from one register
     });
     EXPECT_EQ(Packed(Transfers()),
               "kova w fffe:1122 3344 failed 0000:5566 kova r fffe:0000 failed 0000 0000:0000 failed "
@@ -79,12 +80,12 @@ TEST_F(Access, FieldsKeepOtherBits) {
     using Kova = Case<std::uint16_t>;
     for (const Kova& c : {Kova{0x0000, 9, 7, 0x007F, 0xFE00}, Kova{0xFFFF, 9, 7, 0x0000, 0x01FF},
                           Kova{0x1234, 0, 16, 0xBEEF, 0xBEEF}, Kova{0x0001, 15, 1, 0x0001, 0x8001},
-                          Kova{0xA5A5, 4, 4, 0x001F, 0xA5F5}}) { // bits above the width are dropped
+                          Kova{0xA5A5, 4, 4, 0x001F, 0xA5F5}}) { // bits above the width are ignored
         sim::KovaRegister(0x400) = c.old;
         EXPECT_EQ(KOVA_RegField(0x400, c.pos, c.width, c.data), 0);
         EXPECT_EQ(sim::KovaRegister(0x400), c.expected);
     }
-    // The transmitter's are trusted. Of no width: rewritten unchanged. Bits above bit 7 are lost.
+    // The transmitter's fields are not checked. A width of 0 rewrites the register unchanged. Bits above bit 7 are lost.
     using Tx = Case<std::uint8_t>;
     for (const Tx& c : {Tx{0x0F, 4, 2, 0x3, 0x3F}, Tx{0xFF, 4, 2, 0x0, 0xCF}, Tx{0x5A, 3, 0, 0x7, 0x5A},
                         Tx{0x12, 0, 8, 0xEE, 0xEE}, Tx{0x00, 6, 4, 0xF, 0xC0}, Tx{0x5A, 255, 255, 0xFF, 0x5A}}) {
@@ -94,10 +95,10 @@ TEST_F(Access, FieldsKeepOtherBits) {
     }
     Transfers();
     KOVA_RegField(0x400, 0, 1, 0);
-    sim::FailRequests(1, 1); // the field is written into all ones then
+    sim::FailRequests(1, 1); // after a failed read the field is written into all ones
     Quietly([] { EXPECT_EQ(KOVA_RegField(0x400, 0, 4, 0), 0); });
     EXPECT_EQ(Transfers(), "kova r 0400 a5f5\nkova w 0400 a5f4\nkova r 0400 0000 failed\nkova w 0400 fff0\n");
-    // A field outside the video processor's register makes no transfer.
+    // A field that is not inside a register of the video processor makes no transfer.
     for (const auto& [pos, width] : {std::pair{16, 1}, {0, 0}, {0, 17}, {10, 7}, {65535, 65535}}) {
         EXPECT_EQ(KOVA_RegField(0x400, std::uint16_t(pos), std::uint16_t(width), 0), 3);
     }

@@ -11,7 +11,7 @@ protected:
         Board::SetUp();
         Quietly([] { WriteNValue(6144); });
     }
-    /// The output format, and the video PLL of its pixel clock: 27 MHz * m / (p << s).
+    /// Sets the output format and the video PLL of its pixel clock, which is 27 MHz * m / (p << s).
     static void Output(std::uint8_t frmt, std::uint16_t p, std::uint16_t m, std::uint16_t s) {
         stOutVideoInfo.frmt = frmt;
         sim::KovaRegister(0x2C) = p;
@@ -26,22 +26,23 @@ TEST_F(Audio, SetNFollowsMeasuredRate) {
         std::uint16_t p, m, s;
         std::uint32_t hertz, jitter = 0;
     };
-    for (const Case& c : {
-             Case{VIDOUT_1280x720p60, 4, 44, 2, 48'000}, // 74.17 MHz has no row
-             Case{VIDOUT_720x480p60, 4, 16, 2, 32'000},
-             Case{VIDOUT_1280x720p50, 4, 44, 2, 44'100},
-             Case{VIDOUT_1280x720p50, 4, 44, 2, 48'000},
-             Case{VIDOUT_1280x720p50, 4, 44, 2, 88'200},
-             Case{VIDOUT_1280x720p50, 4, 44, 2, 96'000},
-             Case{VIDOUT_1280x720p50, 4, 44, 2, 176'400},
-             Case{VIDOUT_1280x720p50, 4, 44, 2, 192'000},
-             // A PC timing's row does not carry its real clock: no rate is found, audio is switched on all the same.
-             Case{VIDOUT_1280x1024p60, 4, 16, 0, 48'000},
-             // Without a stable clock everything stays.
-             Case{VIDOUT_720x480p60, 4, 16, 2, 48'000, 3},
-             Case{VIDOUT_720x480p60, 4, 16, 2, 0},
-             Case{VIDOUT_720x480p60, 4, 16, 2, 400'000},
-         }) {
+    for (
+        const Case& c : {
+            Case{VIDOUT_1280x720p60, 4, 44, 2, 48'000}, // the table has no row for 74.17 MHz
+            Case{VIDOUT_720x480p60, 4, 16, 2, 32'000},
+            Case{VIDOUT_1280x720p50, 4, 44, 2, 44'100},
+            Case{VIDOUT_1280x720p50, 4, 44, 2, 48'000},
+            Case{VIDOUT_1280x720p50, 4, 44, 2, 88'200},
+            Case{VIDOUT_1280x720p50, 4, 44, 2, 96'000},
+            Case{VIDOUT_1280x720p50, 4, 44, 2, 176'400},
+            Case{VIDOUT_1280x720p50, 4, 44, 2, 192'000},
+            // The row of a PC timing does not have the real pixel clock. So no rate is found, but audio is switched on.
+            Case{VIDOUT_1280x1024p60, 4, 16, 0, 48'000},
+            // Without a stable clock nothing changes.
+            Case{VIDOUT_720x480p60, 4, 16, 2, 48'000, 3},
+            Case{VIDOUT_720x480p60, 4, 16, 2, 0},
+            Case{VIDOUT_720x480p60, 4, 16, 2, 400'000},
+        }) {
         Output(c.frmt, c.p, c.m, c.s);
         sim::SetAudio(c.hertz, c.jitter);
         sim::TxRegister(sim::Page::Hdmi2, 0x14) = 0x10;
@@ -51,11 +52,11 @@ TEST_F(Audio, SetNFollowsMeasuredRate) {
 }
 
 TEST_F(Audio, ClockIsStableAfterFiveEqualRounds) {
-    using Cts = std::vector<std::uint32_t>; // two measurements a round, repeated
+    using Cts = std::vector<std::uint32_t>; // two measurements for each round, repeated
     for (const Cts& measurements :
          {Cts{5001}, Cts{5000}, Cts{4000, 6000}, Cts{6000, 6002, 6002, 6000}, Cts{6000, 6003}, Cts{6003, 6000},
-          Cts{6000, 6000, 4000, 4000}, // a round without a clock neither counts nor starts over
-          Cts{6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000, 6009}, // starts over
+          Cts{6000, 6000, 4000, 4000}, // a round without a clock leaves the count as it is
+          Cts{6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000, 6009}, // the last round sets the count to 0
           Cts{0xFFFFFF, 0}}) {
         sim::PlayCts(measurements);
         Journal();
@@ -68,7 +69,7 @@ TEST_F(Audio, ClockIsStableAfterFiveEqualRounds) {
 }
 
 TEST_F(Audio, RateIsFoundWithinItsBounds) {
-    // CTS 10000 and N 128 * 100 make Fs the pixel clock.
+    // With CTS 10000 and N 128 * 100 the sample rate equals the pixel clock.
     static constexpr std::array<std::uint32_t, 1> kCts{10'000}, kBroken{99}, kFailed{0xFFFFFF};
     sim::PlayCts(kCts);
     Quietly([&] {
@@ -81,7 +82,7 @@ TEST_F(Audio, RateIsFoundWithinItsBounds) {
             }
         }
     });
-    sim::PlayCts(kBroken); // broken down since it was found stable
+    sim::PlayCts(kBroken); // the clock stops after it was found stable
     Quietly([] { EXPECT_EQ(GetFs(480), 0); });
     sim::PlayCts(kFailed);
     Quietly([] { WriteNValue(0xFFFFFF); });

@@ -1,6 +1,6 @@
 #pragma once
-// What the tests stand on: the drivers of both chips, the transmitter's with its defaults, and the simulated board,
-// powered on and open, in virtual time.
+// The fixtures of the tests: the drivers of both chips with their defaults, and the simulated board as at power-on, opened,
+// in virtual time.
 
 #include "app/device.h"
 #include "hdmitx/hdmitx.h"
@@ -15,7 +15,7 @@
 #include <sstream>
 #include <string>
 
-/// What a piece of code printed on standard output and standard error.
+/// The text that code printed on standard output and on standard error.
 struct Printed {
     std::string out, err;
 };
@@ -28,19 +28,19 @@ Printed Capture(Code code) {
     Printed printed;
     printed.out = testing::internal::GetCapturedStdout();
     printed.err = testing::internal::GetCapturedStderr();
-    if (testing::Test::HasFailure()) { // an expectation in the code has said so on standard output
+    if (testing::Test::HasFailure()) { // the failure's message is in the captured output
         std::fputs(printed.out.c_str(), stdout);
     }
     return printed;
 }
 
-/// Runs code without showing what it prints.
+/// Runs code and hides its output.
 template <typename Code>
 void Quietly(Code code) {
     Capture(code);
 }
 
-/// A test with a log, which is compared with the file of the test's name in tests/data. UPDATE_GOLDEN=1 records it.
+/// A test with a log. The log is compared with the file of the test's name in tests/data. UPDATE_GOLDEN=1 records the file.
 class Recorded : public testing::Test {
 protected:
     void TearDown() override {
@@ -73,14 +73,14 @@ protected:
     /// The journal since the last call, pauses included.
     static std::string Journal() { return sim::TakeJournal(); }
 
-    /// The journal since the last call, those lines that hold text.
+    /// The lines of the journal since the last call that contain this text.
     static std::string JournalWith(const std::string& text) { return Filter(text, true); }
-    /// The journal since the last call without the pauses: one line a transfer.
+    /// The journal since the last call without the pauses: one line for each transfer.
     static std::string Transfers() { return Filter("pause", false); }
-    /// The journal since the last call, the writes only.
+    /// The writes of the journal since the last call.
     static std::string Writes() { return JournalWith(" w "); }
 
-    /// Adds an operation to the log: its name, what it says, its transfers, or those whose lines hold a text.
+    /// Adds an operation to the log: its name, its reports, and its transfers, or those that contain a text.
     template <typename Operation>
     void Log(const std::string& name, Operation operation, const std::string& with = "") {
         Transfers();
@@ -89,9 +89,9 @@ protected:
         log << "== " << name << '\n'
             << said << (said.empty() ? "" : "\n") << transfers << (transfers.empty() ? "" : "\n");
     }
-    /// Transfers in short: their kind where it changes from the one before, or from that given, one address for
-    /// neighbouring registers, local updates as "u": "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u".
-    /// Wrapped where that gets long.
+    /// Transfers in a short form: "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u". The kind stands where it
+    /// differs from the kind before. Neighbouring registers have one address. "u" is a local update. Long lines are
+    /// wrapped.
     static std::string Packed(const std::string& journal, std::string kind = "") {
         std::string text;
         std::size_t start = 0;

@@ -1,5 +1,5 @@
 #pragma once
-// Builds monitors for tests: blocks that are right, from the few bytes that a test is about.
+// Builds EDIDs for tests. The blocks are right except for the bytes that a test sets.
 
 #include <cstdint>
 #include <numeric>
@@ -26,7 +26,7 @@ inline Bytes Block(Bytes bytes) {
 
 // clang-format off
 /// The detailed timing of 1280 x 720 at 60 Hz: H 1280 + 370, V 720 + 30, syncs 110 + 40 and 5 + 5, 530 x 300 mm.
-/// Bit 0 of its flags means nothing while bits 6 and 5 are 0.
+/// Bit 0 of its flags has no meaning while bits 6 and 5 are 0.
 inline Bytes Hd720() {
     return {0x01, 0x1D, 0x00, 0x72, 0x51, 0xD0, 0x1E, 0x20, 0x6E, 0x28, 0x55, 0x00, 0x12, 0x2C, 0x21, 0, 0, 0x19};
 }
@@ -62,11 +62,11 @@ inline Bytes Cea(std::uint8_t capabilities, const Bytes& dataBlocks, const Bytes
     return Block(Join({{2, 3, static_cast<std::uint8_t>(4 + dataBlocks.size()), capabilities}, dataBlocks, timings}));
 }
 
-/// A block of another kind.
+/// An extension block of another kind.
 inline Bytes Other(std::uint8_t tag) { return Block({tag}); }
 inline Bytes BlockMap() { return Other(0xF0); }
 
-/// Monitors without a fault that lead through most of the parse: DVI, HDMI in block 1, HDMI behind a block map.
+/// Good EDIDs that cover most of the parse: DVI, HDMI in block 1, HDMI behind a block map.
 inline std::vector<Bytes> SoundMonitors() {
     const Bytes blocks = Join({Video(Bytes(20, 0x84)), Audio(Bytes(9, 0x0F)), Speakers(1), Hdmi()});
     const Bytes cea = Cea(0xF1, blocks, Hd720());

@@ -12,7 +12,7 @@ namespace {
 
 using edid::Base, edid::Block, edid::BlockMap, edid::Bytes, edid::Cea, edid::Hdmi, edid::Join, edid::Other, edid::Video;
 
-// The DDC reads: " segment:offset+count", and only "+count" for one that begins where the read before it ended.
+// Prints the DDC reads as " segment:offset+count". A read that begins where the read before ended is only "+count".
 std::string reads;
 unsigned endOfRead;
 std::function<void(std::uint32_t)> atTransfer;
@@ -28,7 +28,7 @@ void Hook(std::uint32_t number) {
     atTransfer(number);
 }
 
-/// Takes out the source's line numbers, which stand before a bracket.
+/// Removes the line numbers of the source, which stand before a bracket.
 std::string HideLineNumbers(std::string text) {
     for (std::size_t end = text.find(']'); end != std::string::npos; end = text.find(']', end + 1)) {
         const std::size_t start = text.find_last_not_of("0123456789", end - 1) + 1;
@@ -52,8 +52,8 @@ Parsed Parse(
     sim::SetDdcHook(Hook);
     atTransfer = hook;
     reads.clear();
-    CEAOnFisrtPage = 1;                                                        // left by a parse that failed
-    gbExtensionBlockExist = OutVideoMode = gbNativeVIC = gbNativeVICtemp = 99; // all those that are printed
+    CEAOnFisrtPage = 1;                                                        // the value that a failed parse leaves
+    gbExtensionBlockExist = OutVideoMode = gbNativeVIC = gbNativeVICtemp = 99; // values that the parse must set
     Parsed parsed;
     std::uint8_t transfer = 0xFF;
     parsed.report = HideLineNumbers(Capture([&] { transfer = ParseEDID(&parsed.record); }).err);
@@ -73,16 +73,17 @@ using Edid = Board;
 
 // clang-format off
 TEST_F(Edid, ReportsTimingsOfDviMonitor) {
-    // Behind one that is none: interlaced, H 1281 + 370, V 719 + 30, syncs 111 + 300 and 37 + 50, 530 x 300 mm,
-    // borders 1 and 2. Its first bytes are read, and fed, twice.
+    // A detailed timing after a descriptor that is none: interlaced, H 1281 + 370, V 719 + 30, syncs 111 + 300 and
+    // 37 + 50, 530 x 300 mm,
+    // borders 1 and 2. Its first bytes are read twice and added to the CRC twice.
     const Bytes timing{1, 29, 1, 0x72, 0x51, 0xCF, 30, 0x20, 111, 0x2C, 0x52, 0x1B, 0x12, 0x2C, 0x21, 1, 2, 0xE0};
     Base base{.established = {0xA1, 0x11, 0xFF},
               .standard = {0x81, 0xC0, 1, 1, 0x01, 0x40, 0xFF, 0xBF, 1, 2, 1, 1, 1, 1, 1, 1},
               .descriptors = Join({{0, 0, 0, 0x10, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, timing})};
     const Parsed parsed = Parse(base.Build());
     log << parsed.outcome << reads << '\n' << parsed.report << '\n';
-    base = {.established = {0x5E, 0xEE, 0}}; // the others
-    log << Parse(base.Build()).report << '\n' << Parse(Bytes{1, 2, 3, 4, 5, 6, 7, 0xF8}).report; // no header
+    base = {.established = {0x5E, 0xEE, 0}}; // the other established timings
+    log << Parse(base.Build()).report << '\n' << Parse(Bytes{1, 2, 3, 4, 5, 6, 7, 0xF8}).report; // a block without the EDID header
 }
 
 TEST_F(Edid, ReportsCeaBlockBehindBlockMap) {
@@ -143,7 +144,7 @@ TEST_F(Edid, KindOfMonitor) {
         {"CEA in block 4", Join({two, other, other, hdmi, other})}, {"block 2, not HDMI", Join({two, plain, other})},
         {"sum of block 2", Join({two, with(hdmi, 50, 1), other})},
         {"sum of block 3", Join({two, hdmi, with(other, 50, 1)})},
-        // Without a vendor-specific block the start of the segment passes for one.
+        // Without a vendor-specific block the start of the segment is taken for one.
         {"signature by chance", Join({two, Cea(0, Bytes(8)), other})}};
     for (const Case& c : cases) {
         const std::string outcome = Parse(c.edid).outcome;
@@ -159,18 +160,18 @@ TEST_F(Edid, AnyTimingOffsetEndsTheParse) {
     const Bytes builtIn(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end());
     const Bytes hdmi = Hdmi(), video = Video({1}), t = edid::Hd720(), timings = Join({t, t, t, t, t, t});
     const std::vector<Case> cases{
-        // Without data blocks the search ends without its two lines; with none before the timings, with them.
+        // Without a data block collection the search does not print its two lines. With an empty collection it does.
         {"built in", builtIn},
         {"HDMI, 0", monitor(0, hdmi)}, {"HDMI, 1", monitor(1, hdmi)}, {"HDMI, 2", monitor(2, hdmi)},
         {"HDMI, 3", monitor(3, hdmi)}, {"HDMI, 4", monitor(4, hdmi)},
-        // The collection is not read then. Below 4, the first block is.
+        // The collection is not read then. If the offset is below 4, the first data block is read.
         {"video, 0", monitor(0, video)}, {"video, 1", monitor(1, video)}, {"video, 2", monitor(2, video)},
         {"video, 3", monitor(3, video)}, {"video, 4", monitor(4, video)}, {"video, 5", monitor(5, video)},
-        // An HDMI block that reaches past the timings ends the collection; the first timing begins inside it.
+        // An HDMI block that is longer than the collection ends it. The first timing begins inside that block.
         {"HDMI, 6", monitor(6, hdmi)},
-        // The walk goes on beyond the block, and beyond the segment, where it wraps. The address shows where it ended.
+        // The loop goes on beyond the block and beyond the segment, where the address wraps. The address shows where it ended.
         {"nothing, 255", Join({Base{.extensions = 1, .descriptors = {}}.Build(), Block({2, 3, 255, 0})})},
-        // Timings to the end of the block and beyond: the first that begins above 108 is the last.
+        // Timings up to the end of the block and beyond. The first timing that begins above 108 is the last one.
         {"timings to 109", monitor(19, Join({hdmi, Bytes(9), timings}))},
         {"timings to 108 and then at 126", monitor(18, Join({hdmi, Bytes(8), timings}))}};
     for (const Case& c : cases) {
@@ -182,9 +183,9 @@ TEST_F(Edid, AnyTimingOffsetEndsTheParse) {
     }
 }
 
-// A read that fails does, a late one gives zeros.
-// Except in the search for the vendor-specific block, which then has found none, and at the signature, which then is
-// as good as right. The physical address decides. Without a signature block 0's timings are parsed.
+// A failed read ends the parse, and a read that times out gives zeros. There are two exceptions. If a read of the search
+// for the vendor-specific block fails, no block is found. If the read of the signature fails, the signature counts as right,
+// and the read of the physical address decides. Without a signature the timings of block 0 are parsed.
 TEST_F(Edid, FailedReadEndsTheParse) {
     const std::vector<Case> cases{
         {"DVI", Base{}.Build()}, {"HDMI", Bytes(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end())},
@@ -197,11 +198,11 @@ TEST_F(Edid, FailedReadEndsTheParse) {
             const Parsed late = Parse(c.edid, [k](std::uint32_t n) { sim::SetDdcBusy(n == k ? 1000 : 0); });
             const std::string line = c.what + ", late: " + kind(late) + "\n    failed: \""
                                    + parsed.report.substr(parsed.report.find_last_of("\r\n") + 1) + "\" " + kind(parsed);
-            log << (line != last ? line + '\n' : ""); // the same for several reads in a row
+            log << (line != last ? line + '\n' : ""); // the same line of several reads in a row is logged once
             last = line;
         }
     }
-    sim::Reset(); // nobody there
+    sim::Reset(); // no monitor
     std::uint8_t offset = 0x84;
     std::uint16_t crc = 0;
     Quietly([&] { EXPECT_NE(GetCEA861BBlockTag(&crc, &offset), 0); });
@@ -209,7 +210,7 @@ TEST_F(Edid, FailedReadEndsTheParse) {
 }
 // clang-format on
 
-// A read of the segment register that fails shows another segment, and the request selects it.
+// A failed read of the segment register gives another segment, and the next request selects it.
 TEST_F(Edid, LostSegmentIsSelectedAgain) {
     EDIDParseResult result{};
     std::uint8_t transfer = 0xFF;
@@ -247,9 +248,9 @@ TEST_F(Edid, ParseSurvivesDamagedEdids) {
     const std::vector<Bytes> monitors = edid::SoundMonitors();
     std::mt19937 random(861); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same mutations in every run
     for (unsigned i = 0; i < 300; ++i) {
-        Bytes input = Join({Bytes(4), monitors[i % monitors.size()]}); // a channel without faults
+        Bytes input = Join({Bytes(4), monitors[i % monitors.size()]}); // a DDC channel without faults
         for (unsigned mutations = i % 8; mutations > 0; --mutations) {
-            // One in two where faults, tags, lengths and offsets are.
+            // Every second change is at a place of a fault, tag, length or offset.
             const std::size_t at = mutations % 2 == 0 ? random() % 4 : 4 + 128 * (random() % 4) + random() % 24;
             input[at < input.size() ? at : random() % input.size()] = static_cast<std::uint8_t>(random());
         }

@@ -1,4 +1,4 @@
-// What a single failed request does, for every request that there is.
+// The effect of a single failed request, for each request of the start-up and of the loop.
 
 #include "app/control_loop.h"
 #include "tests/kova_driver.h"
@@ -11,8 +11,8 @@ namespace {
 
 class Faults : public KovaDriver {
 protected:
-    /// Runs code on a board that is as after power-on, where the request of this number fails, and is reported, once.
-    /// With number 0 none does. @return the number of requests
+    /// Runs code on a board as at power-on. The request of this number fails, and must be reported once. With number 0 no
+    /// request fails. @return the number of requests
     template <typename Code>
     std::uint32_t Try(std::uint32_t failing, Code code) {
         TearDown();
@@ -26,7 +26,7 @@ protected:
         EXPECT_EQ(out.find(" error "), out.rfind(" error ")) << failed;
         return static_cast<std::uint32_t>(std::ranges::count(transfers, '\n'));
     }
-    std::string failed; // the request that did, as in the journal
+    std::string failed; // the request that failed, as in the journal
 
     static std::vector<unsigned> Registers() {
         std::vector<unsigned> all(&sim::KovaRegister(0), &sim::KovaRegister(0x600));
@@ -35,7 +35,7 @@ protected:
         }
         return all;
     }
-    /// How many registers differ from these.
+    /// The number of registers that differ from these.
     static int Changed(const std::vector<unsigned>& from) {
         return std::transform_reduce(from.begin(), from.end(), Registers().begin(), 0, std::plus{},
                                      std::not_equal_to{});
@@ -43,7 +43,7 @@ protected:
 };
 
 TEST_F(Faults, StartUpSurvivesAnyFailedRequest) {
-    const auto startUp = [] { // whatever a caller has changed before
+    const auto startUp = [] { // sets what a caller may have changed before
         stSrcVideoInfo = {.mode = 255, .auxFlags = 255, .ycOffset = 7, .stClip = {1, 2, 3, 4}, .flags = 0xFFFF};
         stOutVideoInfo = {.frmt = 255, .auxFlags = 0xFFFF, .stZoom = {1, 2, 3, 4}, .stView = {1, 2, 3, 4}, .hue = 1};
         CreateKOVAAPIVideoInstance();
@@ -52,15 +52,15 @@ TEST_F(Faults, StartUpSurvivesAnyFailedRequest) {
     const std::vector<unsigned> registers = Registers();
     ASSERT_GT(requests, 1800U);
     for (std::uint32_t failing = requests; failing > 0; --failing) {
-        // The device ID is asked for until it comes.
+        // The device ID is read until it comes.
         EXPECT_EQ(Try(failing, startUp), requests + (failing == 1 ? 1 : 0)) << failed;
         EXPECT_LE(Changed(registers), 1) << failed;
     }
 }
 
 TEST_F(Faults, LoopSurvivesAnyFailedRequest) {
-    constexpr unsigned kOn = 136;             // passes until the line of the HDMI output
-    constexpr unsigned kAgain = kOn + 3 * 32; // and until the EDID has been read anew
+    constexpr unsigned kOn = 136;             // passes until HDMI output is reported
+    constexpr unsigned kAgain = kOn + 3 * 32; // passes until HDMI output after the EDID was read again
     constexpr unsigned kPeriod = 992;
     const auto pass = [](unsigned count) {
         while (count-- > 0) {
@@ -76,7 +76,7 @@ TEST_F(Faults, LoopSurvivesAnyFailedRequest) {
             pass(passes);
         });
     };
-    // The loop's state outlives a run, so each begins with a period, after passes without a sink.
+    // The loop's state is kept from run to run. So each run begins at the start of a period, after passes without a sink.
     const auto unplug = [&](unsigned passes) { Try(0, [&] { pass(kPeriod - passes); }); };
     const std::uint32_t requests = plug(0, kOn);
     ASSERT_GT(requests, 2000U);
@@ -92,7 +92,7 @@ TEST_F(Faults, LoopSurvivesAnyFailedRequest) {
             others += failed + ": state " + std::to_string(OutputState) + "\n";
         }
     }
-    // The check value has 13 effective bits, and this garbled parse has that of the good one: DVI until the next plug.
+    // The CRC has 13 effective bits. This damaged read has the same CRC as the good one: DVI until the next plug.
     EXPECT_EQ(others, "hdmi1 r f4 00: state 5\n");
 }
 

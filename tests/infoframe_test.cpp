@@ -11,13 +11,13 @@ TEST_F(InfoFrames, AviDescribesFormatColoursAndAspect) {
     sim::TxRegister(sim::Page::Hdmi2, 0x2F) = 0x01;
     for (const Case& c : {
              Case{VIDOUT_1280x720p60, RGB444_8, 0},
-             Case{VIDOUT_1920x1080i60, YUV444_8, 0}, // BT.601: its lines are a field's
+             Case{VIDOUT_1920x1080i60, YUV444_8, 0}, // BT.601, since the table has the lines of a field
              Case{VIDOUT_1920x1080p60, SEP422_8, 0}, Case{VIDOUT_1024x768p60, RGB444_8, 0},
              Case{VIDOUT_720x480i60, YUV444_8, 0},
-             Case{VIDOUT_1280x720p60, EMB422_8, 2}, // every mode but one counts as 4:4:4
+             Case{VIDOUT_1280x720p60, EMB422_8, 2}, // every mode but one counts as YCbCr 4:4:4
              Case{VIDOUT_720x480p60, RGB444_8, 2}, Case{VIDOUT_720x480p60, RGB444_8, 1},
-             Case{VIDOUT_640x480p60, YUV444_8, 0}, // a PC timing, underscanned
-             Case{23, RGB444_8, 0},                // without a timing
+             Case{VIDOUT_640x480p60, YUV444_8, 0}, // a PC timing is underscanned
+             Case{23, RGB444_8, 0},                // a format without a timing
          }) {
         stOutVideoInfo.frmt = c.frmt;
         OutVideoMode = c.mode;
@@ -53,7 +53,7 @@ TEST_F(InfoFrames, LoadingAndSwitching) {
     sim::TxRegister(sim::Page::Hdmi2, 0x3F) = 0x52;
     Log("mute", [] { SendCP_Packet(2); });
     sim::TxRegister(sim::Page::Hdmi2, 0x3F) = 0x55;
-    sim::FailRequests(2, 1); // the write that clears the bit: the transmitter does not take it
+    sim::FailRequests(2, 1); // the write that clears the bit fails
     Log("mute cleared, without an answer", [] { SendCP_Packet(0); });
 }
 

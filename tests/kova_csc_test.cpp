@@ -11,7 +11,8 @@ protected:
     // clang-format on
 };
 
-// 1024 times the cosine, then the sine of -60 to 60 degrees; six entries stand one beside the rounding rule.
+// 1024 times the cosine and the sine of -60 to 60 degrees. Six entries differ by one from the rounded value. This is
+// intended.
 TEST_F(KovaCsc, HueRotatesUpToSixtyDegrees) {
     log << std::dec;
     for (const auto& table : {KOVA_CscCosHue, KOVA_CscSinHue}) {
@@ -51,10 +52,10 @@ TEST_F(KovaCsc, PictureControlsChangeTheCoefficients) {
          {Case{0, nullptr, {0, 255, 1, 0, 255, 255, 0}}, Case{0, nullptr, {128, 128, 128, 255, 3, 200, 255}},
           Case{0, &extreme, {1, 2, 3, 128, 128, 128, 128}}, // the RGB offsets replace the set's own
           Case{VIDFLAG_YCBCR, nullptr, {1, 2, 3, 200, 64, 77, 22}},
-          Case{VIDFLAG_YCBCR, &extreme, {0, 0, 0, 255, 255, 255, 214}}}) { // products leave 32 bits
+          Case{VIDFLAG_YCBCR, &extreme, {0, 0, 0, 255, 255, 255, 214}}}) { // the products exceed 32 bits
         out.flags = c.outFlags;
         out.pCscCoef = c.own;
-        // Each control alone stores its value and writes a whole set; the RGB offsets do neither for YCbCr.
+        // Each control stores its value and writes a whole set. For YCbCr the RGB offsets do neither.
         for (std::size_t i = 0; const auto set : {KOVAAPI_SetRGBOffsetG, KOVAAPI_SetRGBOffsetB, KOVAAPI_SetRGBOffsetR,
                                                   KOVAAPI_SetPictureBrightness, KOVAAPI_SetPictureContrast,
                                                   KOVAAPI_SetPictureSaturation, KOVAAPI_SetPictureHue}) {

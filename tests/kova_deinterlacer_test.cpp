@@ -17,18 +17,18 @@ class KovaDeinterlacer : public KovaDriver {
 protected:
     static void Fill(std::uint16_t value) { KovaDriver::Fill(value, 0x500, 0x53F); }
 
-    /// Loads the defaults and empties the registers.
+    /// Loads the defaults and sets the registers to 0.
     static void Load() {
         KOVAAPI_LoadDeintData();
         Fill(0);
         Transfers();
     }
 
-    /// All that the driver keeps of the caller's choices: uses, V2TAB, choices.
+    /// What the driver stores of the caller's choices: uses, V2TAB, choices.
     static unsigned Kept() {
         return unsigned{stKOVADeint.nrUse} << 24 | unsigned{stKOVADeint.v2tab} << 16 | stKOVADeint.choices;
     }
-    /// Notes a call, what the driver keeps, and the state.
+    /// Logs a call, what the driver stores, and the state.
     void NoteKept(std::uint8_t result, const char* name) {
         Note(result, name, "kept", Kept(), "state", stKOVADeint.state, "wrote");
     }
@@ -80,7 +80,7 @@ TEST_F(KovaDeinterlacer, SettersOfSeveralFields) {
     }
     Load();
     NoteKept(KOVAAPI_EnableDeintNR(0), "no NR");
-    stKOVADeint.nrUse = 0x95; // uses that differ
+    stKOVADeint.nrUse = 0x95; // different uses
     NoteKept(KOVAAPI_EnableDeintNR(1), "NR again");
     for (const DeintStateBit state : {DEINT_HD_FORCED, DEINT_DECIMATING}) {
         stKOVADeint.state = state;

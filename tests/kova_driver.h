@@ -1,5 +1,5 @@
 #pragma once
-// What the tests of the video processor driver's topics stand on: the board, and the driver as at program start.
+// The fixture of the video processor driver's tests: the board, and the driver as at program start.
 
 #include "kova/state.h"
 #include "tests/board.h"
@@ -24,18 +24,18 @@ protected:
         log << std::hex;
     }
 
-    /// Gives the registers from first to last the same value, so that a field's bits show.
+    /// Sets the registers from first to last to the same value, so that the bits of a field become visible.
     static void Fill(std::uint16_t value, unsigned first = 0x010, unsigned last = 0x5FF) {
         for (unsigned addr = first; addr <= last; ++addr) {
             sim::KovaRegister(static_cast<std::uint16_t>(addr)) = value;
         }
     }
 
-    /// The writes since the last call in short.
+    /// The writes since the last call in the short form.
     static std::string Packed() { return Packed(Writes(), "kova w "); }
     using Board::Packed;
 
-    /// Adds a call to the log: the names and values given, in hexadecimal, its result if an error, what it wrote.
+    /// Adds a call to the log: the given names and values in hexadecimal, the result if it is an error, the writes.
     template <typename... Name>
     void Note(std::uint8_t result, const Name&... name) {
         ((log << +name << ' '), ...);

@@ -1,11 +1,11 @@
-// The video path update and the start-up sequence as a whole. The sessions have every transfer of that.
+// The video path update and the start-up sequence as a whole. The sessions compare each of their transfers.
 
 #include "edid/EDIDParse.h"
 #include "tests/kova_driver.h"
 
 namespace {
 
-// The global variables as the program starts with them, before any test.
+// The values of the global variables at program start, before any test.
 const auto kAtStart = std::tuple(
     stKOVASrcWIN, stKOVADstWIN, stKOVAZoomWIN, stKOVAViewWIN, stKOVADeint.state, stKOVADeint.v2tab, stKOVADeint.choices,
     stKOVADeint.nrUse, KOVAMFCCoef, KOVAPLLClock, OutVideoMode, OutVideoFrmt, SrcVideoFrmt, OutputState, OldOutputState,
@@ -30,7 +30,7 @@ TEST_F(KovaPath, InvalidFormatStopsUpdate) {
         out.frmt = c.outFrmt;
         Fill(0);
         Note(KOVAAPI_VideoProcess(&src, &out), "source", c.srcFrmt, "mode", c.srcMode, "output", c.outFrmt);
-        // The double rate stops with it, with its bit set.
+        // The double-rate update stops there too. Its state bit is set.
         Note(KOVAAPI_HDDBLProcess(&src, &out, 1), "double rate, clock", KOVAPLLClock, "state", stKOVADeint.state);
     }
 }
@@ -47,7 +47,7 @@ TEST_F(KovaPath, DoubleRateUpdateAddsItsSteps) {
         log << "source window " << stKOVASrcWIN << ' ';
         Note(result, "double rate", on, "state", stKOVADeint.state, "clock", KOVAPLLClock, "wrote\n   ");
     };
-    KOVAAPI_HDDBLProcess(&src, &out, 0); // the scaler set is loaded from here on
+    KOVAAPI_HDDBLProcess(&src, &out, 0); // this loads the scaler set
     Journal();
     note(0);
     note(2);

@@ -26,7 +26,7 @@ TEST_F(KovaPorts, InvalidFormatOrModeChangesNothing) {
 static_assert(VIDSRC_720x576i50 == 1 && VIDSRC_1280x720p60 == 4 && VIDSRC_1920x1080i60 == 6
               && VIDSRC_1280x1024p60 == 11);
 
-// Every mode twice, every format, each option alone or none, into empty registers and full ones.
+// Every mode twice, every format, each option alone and none, with registers that hold zeros and ones.
 TEST_F(KovaPorts, InputModesFillRecordAndChip) {
     for (unsigned i = 0; i < 2 * kSrcModes; ++i) {
         const auto mode = static_cast<std::uint8_t>(i % kSrcModes), frmt = static_cast<std::uint8_t>(i % VIDSRC_COUNT);
@@ -82,8 +82,8 @@ TEST_F(KovaPorts, InterlacedYCbCrOutputWithAllOptions) {
     Note(KOVAAPI_SetOutPortMode(&out), "1920x1080i60");
 }
 
-// A multiplexed output narrower than 1024 pixels runs at twice the pixel clock: every mode of a narrow one, of one that
-// is not, and of an interlaced one. Of the sync words those that differ from mode 0's.
+// A multiplexed output narrower than 1024 pixels runs at twice the pixel clock. This tests every mode of a narrow, a wide
+// and an interlaced format. It logs the sync words that differ from those of mode 0.
 TEST_F(KovaPorts, OutputModesFillRecord) {
     for (std::uint8_t frmt = 0; frmt < VIDOUT_COUNT; ++frmt) {
         SyncTiming sync{};
@@ -128,7 +128,7 @@ TEST_F(KovaPorts, Options) {
         Note(KOVAAPI_SetDEOutMode(&out, mode), "DE mode", mode, "options", out.auxFlags);
         Note(KOVAAPI_SetOutVideoAUX(&out), "the same from the record");
     }
-    out.auxFlags = 0x0030; // both bits: mode 1
+    out.auxFlags = 0x0030; // with both bits set, mode 1 counts
     Note(KOVAAPI_SetOutVideoAUX(&out), "both bits");
     for (unsigned bit = 0; bit < 16; ++bit) {
         out.auxFlags = static_cast<std::uint16_t>(1U << bit);

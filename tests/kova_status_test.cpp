@@ -30,7 +30,8 @@ TEST_F(KovaStatus, StatusAndMeasurements) {
         log << name << ": lines " << Lines() << '\n' << Packed(Transfers()) << '\n';
     }
     sim::KovaRegister(0x4C0) = 0;
-    for (const std::uint16_t result : Words{0x8106, 0x0106, 0x8FFF, 0xFFFF, 0xFFFE}) { // it counts when it is valid
+    for (const std::uint16_t result :
+         Words{0x8106, 0x0106, 0x8FFF, 0xFFFF, 0xFFFE}) { // the value counts only with its valid bit
         sim::SetVideoInput({.hFrequency = result, .linesField1 = result, .linesField2 = 0xF001});
         log << result << ": frequency " << HFrequency() << ", lines " << Lines();
         sim::SetVideoInput({.linesField1 = 0x8106, .linesField2 = result});
@@ -46,7 +47,7 @@ TEST_F(KovaStatus, EndlessMeasurementIsGivenUp) {
         EXPECT_EQ(std::ranges::count(transfers, '\n'), 2 + 2 * 5000 + (lines == 525 ? 4 : 0) + 2);
         EXPECT_TRUE(transfers.ends_with("kova w 04d0 0000\nkova w 04c4 0001\n"));
     }
-    // On a chip that answers nothing every read is all ones.
+    // If no request succeeds, every read gives all ones.
     sim::FailEvery(1);
     Quietly([] { EXPECT_EQ(std::tuple(HFrequency(), Lines()), std::tuple(0xFFFF, 0xFFFF)); });
 }

@@ -72,7 +72,8 @@ TEST_F(KovaWindows, CallersScalerTables) {
         tables[i][0] = {-1, static_cast<std::int16_t>(i + 1)};
         tables[i][63] = {3, -4};
     }
-    for (const std::uint16_t lines : Words{2, 0}) { // shrinking: the caller's tables count horizontally only
+    for (const std::uint16_t lines :
+         Words{2, 0}) { // if the picture shrinks, the caller's tables are used horizontally only
         stKOVADstWIN.h = lines;
         Note(KOVAAPI_SetMFCHYFilterCoef(&out, tables.data()), "horizontally of", lines);
         Note(KOVAAPI_SetMFCVYFilterCoef(&out, &tables[2]), "vertically of", lines);
@@ -82,7 +83,7 @@ TEST_F(KovaWindows, CallersScalerTables) {
     Journal();
     EXPECT_EQ(std::tuple(out.pMfcHY, out.pMfcHC, out.pMfcVY, out.pMfcVC),
               std::tuple(tables.data(), &tables[1], &tables[2], &tables[3]));
-    stKOVADstWIN.h = 0; // not shrinking: every table counts
+    stKOVADstWIN.h = 0; // if it does not shrink, all tables are used
     Note(KOVAAPI_SetMFCFilterCoef(&out), "all four by way of the record");
 }
 

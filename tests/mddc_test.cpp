@@ -13,8 +13,8 @@ TEST_F(Mddc, PollsEndAndErrorsAbort) {
     };
     // clang-format off
     for (const Case& c : {
-             Case{8, 0, 0},    Case{8, 0, 18},   Case{8, 0, 19},     // late by one read
-             Case{8, 0, 1000}, Case{1, 0, 1000}, Case{0, 0, 1000},   Case{246, 0, 1000}, // the budget has 8 bits
+             Case{8, 0, 0},    Case{8, 0, 18},   Case{8, 0, 19},     // the transfer ends one read too late
+             Case{8, 0, 1000}, Case{1, 0, 1000}, Case{0, 0, 1000},   Case{246, 0, 1000}, // the number of polls has 8 bits
              Case{8, 0x48, 0}, Case{8, 0x28, 0}, Case{8, 0x08, 3},   Case{8, 0, 0, true}}) {
         // clang-format on
         sim::Reset();
@@ -29,7 +29,7 @@ TEST_F(Mddc, PollsEndAndErrorsAbort) {
                 + std::to_string(c.error) + (c.requestsFail ? ", requests fail" : ""),
             [&] {
                 result = BlockReadEDID(c.count, 0, bytes.data());
-                HDTX_RegRead(HDTX_SLV0, 0xF2); // an abort leaves nothing of the transfer
+                HDTX_RegRead(HDTX_SLV0, 0xF2); // an abort clears the status
             });
         log << "result " << int{result} << (bytes[0] != 0x77 ? ", filled\n" : "\n");
     }

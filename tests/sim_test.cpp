@@ -46,20 +46,20 @@ protected:
         }
     }
 
-    /// Sets the board up. @return what it says, nothing when it has come up
+    /// Sets the board up. @return its messages; none if the set-up succeeded
     static std::string SetUpBoard() {
         bool good = false;
         std::string said = Capture([&] { good = sim::SetUpFromEnvironment(); }).err;
         EXPECT_EQ(said.empty(), good);
         return said;
     }
-    /// The same with this variable alone.
+    /// Sets the board up with this variable alone.
     static std::string With(const char* name, const std::string& value) {
         ClearEnvironment();
         setenv(name, value.c_str(), 1);
         return SetUpBoard();
     }
-    /// The same with this script.
+    /// Sets the board up with this script.
     static std::string WithScript(const std::string& text) {
         std::ofstream("script") << text;
         return With("KOVA_SIM_SCRIPT", "script");
@@ -79,7 +79,7 @@ TEST_F(SimSetUp, ScriptRunsOncePerStart) {
     }
 }
 
-// Unless another speed is set, the board's clock goes as fast as any other.
+// Unless another speed is set, the board's clock runs in real time.
 TEST_F(SimSetUp, TimeIsRealByDefault) {
     EXPECT_EQ(SetUpBoard(), "");
     const auto real = [] { return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::microseconds(1); };
@@ -91,8 +91,8 @@ TEST_F(SimSetUp, TimeIsRealByDefault) {
     EXPECT_LE(to[1] - from[1], to[2] - from[0] + 2);
 }
 
-// By whatever name a program has them in the C library. What is not the board's goes on to the kernel; what the driver
-// does not know fails.
+// The C library has several names for these functions. Calls for other files go to the kernel. Requests that the driver
+// does not know fail.
 TEST_F(SimSetUp, AllNamesOfOpenAndIoctl) {
     EXPECT_EQ(SetUpBoard(), "");
     std::array<int, 2> ends{};
@@ -150,7 +150,7 @@ TEST_F(SimSetUp, WrongSettingsAreNamed) {
                                       {"KOVA_SIM_SPEED", "nan"},
                                       {"KOVA_SIM_SPEED", "1x"},
                                       {"KOVA_SIM_SPEED", "0"}}) {
-        log << With(name, value); // speed 0: there is no script
+        log << With(name, value); // speed 0 fails here, since there is no script
     }
     for (const std::size_t size : {0U, 127U, 129U, 257U * 128}) {
         std::ofstream("monitor") << std::string(size, 'x');

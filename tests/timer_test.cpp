@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The handlers of a pass, without the loop around them: the sessions have that. Always whole rounds of the timer's
-/// phases, a poll each, so that every test starts with one.
+/// The handlers of a pass, without the loop thread, which the sessions test. Every test runs whole rounds of the timer's
+/// phases. Each round has one poll, so every test starts at the same phase.
 class Loop : public Board {
 protected:
     void SetUp() override {
@@ -20,7 +20,7 @@ protected:
         Rounds(1);
     }
 
-    /// Runs rounds of the phases. @return what they say
+    /// Runs rounds of the phases. @return their reports
     static std::string Rounds(int count) {
         return Capture([count] {
                    for (int pass = 0; pass < 32 * count; ++pass) {
@@ -31,7 +31,7 @@ protected:
     }
     static bool TmdsOn() { return (sim::TxRegister(sim::Page::Hdmi1, 0x08) & 1) != 0; }
 
-    /// A monitor whose coming, and whose receiver's power, the poll alone can notice.
+    /// Connects a monitor without an interrupt, so that only the poll can notice the monitor.
     static void Attach(std::span<const std::uint8_t> edid, bool power = true) {
         sim::Plug(edid);
         sim::SetReceiver(power);
@@ -48,7 +48,7 @@ TEST_F(Loop, ParsesThatDisagreeStartOver) {
     static bool changes;
     monitor = edid::Base{}.Build();
     changes = true;
-    // Every read of the EDID's first bytes changes two that the sum does not notice.
+    // Every read of the EDID's first bytes changes two bytes so that the checksum stays right.
     sim::SetDdcHook([](std::uint32_t /*transfer*/) {
         if (changes && sim::TxRegister(sim::Page::Hdmi1, 0xEF) == 0) {
             ++monitor[12];
@@ -64,7 +64,7 @@ TEST_F(Loop, ParsesThatDisagreeStartOver) {
     EXPECT_EQ(OutputState, 5);
 }
 
-// The poll from every state, by hot plug and receiver sense. DVI is forced: state 1 does not stay.
+// Polls in every state, with every combination of hot plug and receiver sense. DVI is forced, so state 1 does not stay.
 TEST_F(Loop, PollChangesEveryState) {
     for (const std::uint8_t from :
          {OUTPUT_NO_SINK, OUTPUT_CHECK_EDID, OUTPUT_HDMI, OUTPUT_DVI, OUTPUT_HDMI_NO_POWER, OUTPUT_DVI_NO_POWER}) {
@@ -82,7 +82,7 @@ TEST_F(Loop, PollChangesEveryState) {
                 std::erase_if(said, [](char c) { return c == '\n' || c == '\r'; });
                 log << int{from} << (tmds ? " on,  " : " off, ") << sink << " -> " << int{OutputState}
                     << (TmdsOn() ? " on" : " off") << said << '\n';
-                Detach(); // nothing is confirmed for the next one
+                Detach(); // the next case starts without a confirmed sink
                 Rounds(1);
             }
         }
@@ -97,7 +97,7 @@ TEST_F(Loop, ReceiverPowerDuringEdidReadCounts) {
     EXPECT_EQ(OutputState, 4);
 }
 
-// Around each of them the line is taken off and put back, which is shown once.
+// Before each action the interrupt line is disabled, and afterwards enabled. The log shows these transfers once.
 TEST_F(Loop, EachInterruptHasItsAction) {
     const auto handle = [this](const std::string& name, const char* with = "hdmi") {
         OutputState = OUTPUT_DVI;
@@ -139,18 +139,19 @@ TEST_F(Loop, StoredInterruptsAreReportedOnce) {
         EXPECT_EQ(pending, expected) << irq;
     }
     sim::KovaRegister(0x0E) = sim::KovaRegister(0x14) = sim::KovaRegister(0x16) = 0xAA2A;
-    Log("7 with settings 1, 0, 1", [] { EXPECT_EQ(KOVAAPI_EnableIRQ(7, 3, 2, 1), 0); }); // bit 0 counts
+    Log("7 with settings 1, 0, 1",
+        [] { EXPECT_EQ(KOVAAPI_EnableIRQ(7, 3, 2, 1), 0); }); // only bit 0 of a setting counts
     Log("16", [] { EXPECT_EQ(KOVAAPI_EnableIRQ(16, 0, 0, 1), 1); });
 }
 
-// While the loop is said to run none is created, so that none is missing.
+// While the flag says that the loop runs, no thread is created, so a failure cannot occur.
 TEST_F(Loop, ProgramEndsWithoutThread) {
     EXPECT_EXIT(
         {
             pthread_attr_t attributes;
             pthread_attr_init(&attributes);
             pthread_attr_setstacksize(&attributes,
-                                      std::size_t{15} << (sizeof(std::size_t) * 8 - 4)); // more than there is
+                                      std::size_t{15} << (sizeof(std::size_t) * 8 - 4)); // more memory than there is
             pthread_setattr_default_np(&attributes);
             ControlLoop_OnOff = 1;
             ControlLoopStart();

@@ -6,7 +6,7 @@ std::uint8_t& Hdmi1(std::uint8_t reg) { return sim::TxRegister(sim::Page::Hdmi1,
 
 using TxStartUp = Board;
 
-// Start-up sequences, presets, and what they are made of: every transfer, and what is reported.
+// The start-up sequences, the presets and their parts: every transfer and every report.
 TEST_F(TxStartUp, EverySequence) {
     for (OutVideoFrmt = 0; OutVideoFrmt <= VIDOUT_COUNT; ++OutVideoFrmt) {
         InitHDMITXVariable();
@@ -60,7 +60,7 @@ TEST_F(TxStartUp, EverySequence) {
     Log("BT.656 preset", HDMITX_OutVideoBT656);
 }
 
-// What becomes of each old value of the mode register, and what a port mode's report says.
+// The new value of the mode register for each old value, and the report of each port mode.
 TEST_F(TxStartUp, InputStageFollowsModeStateAndTiming) {
     for (OutVideoMode = 0; OutVideoMode <= 9; ++OutVideoMode) {
         for (const std::uint8_t state : {OUTPUT_NO_SINK, OUTPUT_HDMI, OUTPUT_DVI, OUTPUT_DVI_NO_POWER}) {

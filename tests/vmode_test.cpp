@@ -3,7 +3,7 @@
 
 namespace {
 
-// The table was compared with the timings that it holds when it was written; a change of any field shows.
+// The table was checked when it was written. This sum changes if any field changes.
 TEST(VModeTables, EveryFieldStaysAsItIs) {
     std::uint32_t sum = 0;
     for (const VModeRow& r : VModeTables) {
@@ -14,7 +14,7 @@ TEST(VModeTables, EveryFieldStaysAsItIs) {
               unsigned{r.Aspect},       unsigned{r.EmbSyncAdjust}, unsigned{r.HSyncWidth},  unsigned{r.VSyncWidth},
               unsigned{r.VBackPorch},   unsigned{r.HBackPorch},    unsigned{r.HFrontPorch}, unsigned{r.VFrontPorch},
               unsigned{r.Field2Offset}, unsigned{r.PixRepeat}}) {
-            sum = (sum ^ value) * 16777619U; // FNV-1, of words
+            sum = (sum ^ value) * 16777619U; // the FNV-1 hash, of words
         }
     }
     EXPECT_EQ(sum, 3261677283U);

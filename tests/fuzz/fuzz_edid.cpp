@@ -1,10 +1,10 @@
-// A hostile monitor on a hostile channel: whatever it sends, a parse ends within its bound of DDC transfers and leaves
-// segment 0 selected.
+// A hostile monitor on a hostile DDC channel. Whatever the monitor sends, a parse ends within its limit of DDC transfers and
+// leaves segment 0 selected.
 //
-// Input: flags, transfer from which on errors occur (0: never), their bits, stride of the bytes that change between
-// reads (0: none), then the EDID.
+// The input: flags, number of the first transfer with an error (0: none), the error bits, distance of the bytes that
+// change between reads (0: none), then the EDID.
 
-#undef NDEBUG // the assertions are the point
+#undef NDEBUG // the fuzzer needs the assertions
 #include "app/device.h"
 #include "edid/EDIDParse.h"
 #include "hdmitx/hdmitx_i2c.h"
@@ -19,9 +19,9 @@
 namespace {
 
 enum Flag : std::uint8_t {
-    kAsItIs = 0x01,     // header and checksums are not put right
+    kAsItIs = 0x01,     // header and checksums are not corrected
     kErrorOnce = 0x02,  // only one transfer fails
-    kNeverReady = 0x04, // the errors are time-outs
+    kNeverReady = 0x04, // a failing transfer times out
 };
 
 std::vector<std::uint8_t> monitor;

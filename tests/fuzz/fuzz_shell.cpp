@@ -1,9 +1,9 @@
-// A careless person at the console: whatever is typed, the shell goes on to the next line, and a line that asks for no
-// write makes none.
+// Any text at the console. Whatever is typed, the shell goes on to the next line, and a line that is no write command
+// writes nothing.
 //
-// Input: the lines.
+// The input: the lines.
 
-#undef NDEBUG // the assertions are the point
+#undef NDEBUG // the fuzzer needs the assertions
 #include "app/device.h"
 #include "app/shell.h"
 #include "sim/sim.h"
@@ -16,7 +16,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view lines(reinterpret_cast<const char*>(data), size);
     const auto holds = [lines](const char* text) { return lines.find(text) != std::string_view::npos; };
-    // The loop's thread would outlive the lines; "init" alone takes longer than a thousand other lines.
+    // The loop thread would outlive the lines, and "init" takes longer than a thousand other lines.
     if (size == 0 || holds("clstart") || holds("init")) {
         return 0;
     }
@@ -31,9 +31,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     close_kova();
 
     const std::string journal = sim::TakeJournal();
-    assert(std::string_view(input_command.data()) == "q"); // typed or not
+    assert(std::string_view(input_command.data()) == "q"); // also if the input ended without it
     assert(holds("w") || holds("mru") || journal.find(" w ") == std::string::npos);
-    // A dump's transfers and pauses a line at most.
+    // A line makes at most the transfers and pauses of a dump.
     assert(std::ranges::count(journal, '\n') <= 2 * 586 * (1 + std::ranges::count(lines, '\n')) + 1);
     return 0;
 }
