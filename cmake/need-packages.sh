@@ -8,7 +8,6 @@ is_missing() {
     ninja-build) set -- ninja ;;
     qemu-user) set -- qemu-ppc ;;
     debhelper) set -- dh ;;
-    man-db) set -- man ;;
     build-essential | googletest | lib*) # These have no program. On another system than Debian CMake looks for them itself.
         command -v dpkg-query >/dev/null && ! dpkg-query -W -f '${Status}\n' "$1" 2>/dev/null | grep -q ' installed$'
         return
@@ -44,11 +43,4 @@ need_packages() {
     echo "Installing with apt-get:$missing" >&2
     $as_root apt-get update -qq >&2
     $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >&2
-}
-
-# Installs the sanitizers and the fuzzing library of clang. The name of their package has clang's version in it.
-need_sanitizers() {
-    case ${CXX:-} in
-    *clang*) need_packages clang && need_packages "libclang-rt-$(${CXX} -dumpversion | cut -d. -f1)-dev" ;;
-    esac
 }
