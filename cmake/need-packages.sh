@@ -30,7 +30,7 @@ need_packages() {
         esac
         ! is_missing "$package" || missing="$missing $package"
     done
-    # An old CMake is said before anything is installed.
+    # An old CMake is reported before anything is installed.
     ! command -v cmake >/dev/null || cmake --version | awk '/version/ { split($3, v, "."); exit v[1] * 100 + v[2] < 321 }' || {
         echo "CMake 3.21 or later is needed, this is $(cmake --version | head -n 1). Put a later one into PATH." >&2
         return 1
