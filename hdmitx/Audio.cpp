@@ -1,5 +1,5 @@
-// Audio clock regeneration: the sink rebuilds the sample clock as pixel clock x N / (128 x CTS). This file chooses N. The
-// transmitter measures CTS.
+// Audio clock regeneration: the sink rebuilds the sample clock as pixel clock x N / (128 x CTS). This file chooses N.
+// The transmitter measures CTS.
 
 #include "hdmitx/hdmitx.h"
 
@@ -22,7 +22,7 @@ constexpr std::uint8_t kAudioOn = 0x01, kSpdif = 0x02; // in kAudioInput
 
 // One row for each sample rate.
 struct RateRow {
-    std::uint16_t above, below; // in 100 Hz; a rate of exactly this value does not belong to the row
+    std::uint16_t above, below; // in units of 100 Hz; the limits are excluded
     std::uint8_t rate;          // kHz
     std::uint8_t code;          // IEC 60958-3 channel status
 };
@@ -86,7 +86,8 @@ std::uint8_t WaitForStableCTS() {
         if (a <= kNoClock) {
             continue;
         }
-        const auto difference = static_cast<std::int32_t>(a) - static_cast<std::int32_t>(b); // of 24-bit values
+        // CTS has 24 bits, so the signed difference cannot overflow.
+        const auto difference = static_cast<std::int32_t>(a) - static_cast<std::int32_t>(b);
         count = difference >= -kJitter && difference <= kJitter ? static_cast<std::uint8_t>(count + 1) : 0;
         if (count == kStableRounds) {
             return 1;
@@ -99,7 +100,8 @@ std::uint8_t WaitForStableCTS() {
 std::uint8_t GetFs(std::uint16_t pixclk) {
     const std::uint32_t cts = ReadCTSValue() / 100;
     const std::uint32_t n = ReadNValue();
-    // The product needs 64 bits, because N can have 24 bits. A CTS that is too small gives no rate.
+    // The product needs 64 bits, because N can have 24 bits. This new CTS can be below 100. The rate is 0 then, which
+    // avoids a division by zero.
     const std::uint64_t fs = cts != 0 ? (std::uint64_t{pixclk} * n >> 7) / cts : 0;
     std::fprintf(stderr, " \n\rHDMI TX : CTS Value = %u, N Value = %u, Fs Value = %llu", cts, n,
                  static_cast<unsigned long long>(fs));

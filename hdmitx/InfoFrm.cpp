@@ -1,4 +1,5 @@
-// InfoFrames (CEA-861) and the general control packet. They tell the sink what the stream carries.
+// InfoFrames (CEA-861) and the general control packet. The InfoFrames tell the sink the format of the video and of the
+// audio. The general control packet sets or clears the mute of both.
 
 #include "hdmitx/hdmitx.h"
 
@@ -29,7 +30,7 @@ constexpr std::uint8_t kSendAvi = 0x03, kSendSpd = 0x0C, kSendAudio = 0x30, kSen
 constexpr std::uint8_t kSendCode0 = 0x03;
 constexpr std::uint8_t kGeneralControlOn = 0x04, kGeneralControlCompanion = 0x08;
 
-constexpr std::uint8_t kSetMute = 0x01, kClearMute = 0x10; // kGeneralControl
+constexpr std::uint8_t kSetMute = 0x01, kClearMute = 0x10; // values of kGeneralControl
 
 // Packet types (CEA-861), and two codes that only EnableInfoFrame uses.
 constexpr std::uint8_t kAvi = 0x82, kSpd = 0x83, kAudio = 0x84, kMpeg = 0x85;

@@ -26,7 +26,7 @@ constexpr std::uint8_t kColourConversion = 0x08;
 constexpr std::uint8_t kRangeExpansion = 0x10;
 constexpr std::uint8_t kDithering = 0x20;
 
-// The bits that each port mode sets. Those of the four bits above that are not named in a row are cleared.
+// The port mode determines these four bits. The table gives the bits to set. The rest of the four bits is cleared.
 constexpr std::uint8_t kPortBits = kSyncExtraction | kYcDemux | kNoUpsampling | kDithering;
 constexpr std::array<std::uint8_t, 8> kBitsOfPortMode{
     0,                                            // RGB444_8
@@ -61,7 +61,7 @@ constexpr std::uint8_t Replace(std::uint8_t value, std::uint8_t mask, std::uint8
 std::uint8_t VideoModeBits(std::uint8_t value) {
     if (OutVideoMode < kBitsOfPortMode.size()) {
         value = Replace(value, kPortBits, kBitsOfPortMode[OutVideoMode]);
-    } else { // The mode is not one of an output. Sync extraction and upsampling stay as they are.
+    } else { // An output port does not have these modes. Sync extraction and upsampling stay as they are.
         value = Replace(value, kYcDemux | kDithering, 0);
     }
     // A DVI sink accepts RGB only.

@@ -1,5 +1,5 @@
-// The position of the active picture. Separate syncs need the DE generator, embedded syncs the decoder. All registers
-// are on page 0.
+// The position of the active picture. The DE generator finds it from separate syncs. The embedded-sync decoder finds it
+// from syncs in the data stream. All registers are on page 0.
 
 #include "hdmitx/hdmitx.h"
 
@@ -48,8 +48,8 @@ constexpr std::array<std::uint8_t, 22> defBT656_1440i{
     0x77, 0x70,             // DE delay 119, DE generator on, both syncs negative
     0x12, 0x00,             // DE top 18
     0xD0, 0x02, 0xF0, 0x00, // 720 pixels, 240 lines per field
-    0xB4, 0x06, 0x06, 0x01, // line total 1716, 262 lines
-    0x04, 0x07,             //
+    0xB4, 0x06, 0x06, 0x01, // 1716 pixels per line with blanking, 262 lines
+    0x04, 0x07,             // 0x3E: embedded-sync adjustment 0; its other bits and 0x3F are not known
     0x13, 0x00,             // horizontal sync offset 19
     0xAD, 0x01,             // field 2 offset 429
     0x3E, 0x00,             // horizontal sync width 62
@@ -88,7 +88,7 @@ void UpdateTX_DE(std::uint8_t row) {
     WriteWord(kDePixels, timing.HActive);
     Write(kDeTop, Low(timing.DeTop));
     WriteWord(kDeLines, static_cast<std::uint16_t>(interlaced ? timing.VActive >> 1 : timing.VActive));
-    // A polarity bit of the chip is 1 for a negative sync.
+    // A polarity bit of the chip is 1 for a negative sync. A bit of SyncFlags is 1 for a positive sync.
     const unsigned negative = ~unsigned{timing.SyncFlags} & (VMODE_VSYNC_POSITIVE | VMODE_HSYNC_POSITIVE);
     WriteBits(HDTX_SLV0, kDeControl, static_cast<std::uint8_t>(negative << 4), true);
 }

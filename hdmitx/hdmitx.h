@@ -1,5 +1,14 @@
 #pragma once
-// The HDMI transmitter driver: everything a caller may use, grouped by topic.
+// The HDMI transmitter driver. An application includes this header to use the driver.
+//
+// A register is named by page and offset: 0x72:0x08 is register 0x08 of page 0, 0x7A:0x2F is register 0x2F of page 1.
+// A flag argument counts as set when it is not zero.
+// A read-modify-write keeps the bits that its description does not name.
+// The output format is stOutVideoInfo.frmt (kova/formats.h).
+//
+// A failed transfer does not stop a function, and no result code reports it. It only prints a message on standard
+// output. A failed read counts as 0xFF. A read-modify-write after a failed read therefore writes 1 to the bits that it
+// should keep.
 
 #include "hdmitx_i2c.h" // register access
 #include "vmtables.h"   // video timings
@@ -8,246 +17,285 @@
 #include <cstdint>
 
 // ---- Configuration ----
-// All are zero at program start. InitHDMITXVariable sets the defaults, which stand in brackets.
+// All of these variables are zero at program start. InitHDMITXVariable sets them to the values in brackets.
 
-extern std::uint8_t Default656OutEn;   ///< non-zero: the video input carries embedded syncs [0]
-extern std::uint8_t DefaultDataEnable; ///< non-zero: the DE generator makes data enable [0]
-extern std::uint8_t DefaultICLKValue;  ///< setting of the input clock, see SetIClk [0]
-extern std::uint8_t DefaultDVImode;    ///< non-zero forces DVI output [0]
-extern std::uint8_t DefaultICLKEDGE;   ///< input clock edge, see SetInputClockEdge [1]
-extern std::uint8_t DefaultMCLKIndex;  ///< audio master clock setting, see SetMCLK [1]
+extern std::uint8_t Default656OutEn;   ///< Non-zero: the video input carries embedded syncs. [0]
+extern std::uint8_t DefaultDataEnable; ///< Non-zero: the DE generator makes data enable (DE). [0]
+extern std::uint8_t DefaultICLKValue;  ///< Input clock setting: the argument of SetIClk. [0]
+extern std::uint8_t DefaultDVImode;    ///< Non-zero: the output is DVI, whatever the sink is. [0]
+extern std::uint8_t DefaultICLKEDGE;   ///< Input clock edge, see SetInputClockEdge. [1]
+extern std::uint8_t DefaultMCLKIndex;  ///< Audio master clock setting: the argument of SetMCLK. [1]
 
-/// Aspect ratio of the active picture: 0 is 4:3, 2 is 16:9, any other value is not stated in the InfoFrame. [2 if
-/// OutVideoFrmt is a high-definition format, else 0]
+/// Aspect of the active picture: 0 is 4:3, 2 is 16:9, and any other value means that the aspect is not stated.
+/// [2 when OutVideoFrmt is a high-definition format, 4 to 9, else 0]
 extern std::uint8_t DefaultActiveAspect;
 
-/// Audio input, five values [0x10, 2, 2, 0x0B, 8]: the I2S input for SetI2SDataSelection, a value that is not used, the
-/// IEC 60958-3 sampling-frequency code, the value of 0x7A:0x22 and 0x7A:0x24, the value of 0x7A:0x1D.
+/// Audio input settings. [0x10, 2, 2, 0x0B, 8]
+/// Byte 0 selects the I2S input: it is the argument of SetI2SDataSelection.
+/// Byte 1 is not used.
+/// Byte 2 is the IEC 60958-3 sampling-frequency code for 0x7A:0x21.
+/// Byte 3 is the value of 0x7A:0x22 and of 0x7A:0x24.
+/// Byte 4 is the value of 0x7A:0x1D.
 extern std::array<std::uint8_t, 5> DefaultAudioConfig;
 
 // ---- Start-up ----
-// For an application that starts the transmitter itself. These functions must not run at the same time as the interrupt
-// and timer handlers.
+// These functions are for an application that starts the transmitter itself. Do not call them while another thread runs
+// HDMITxInterruptHandler or HDMITxTimerHandler: both sides use the same registers and variables without a lock.
 
-/// Starts the transmitter. Checks that it answers (0x72:0x03 reads 0x91), sets the configuration to its defaults, runs
-/// InitHDMITX and enables the HDMI interrupts. The defaults do not force DVI, so this always starts HDMI operation.
-/// @return 1; 0 if the transmitter does not answer. Then a message is printed on standard error, and no other register is
-///         read or written.
+/// Starts the transmitter. Reads the identification register 0x72:0x03 and goes on only when it holds 0x91. Then calls
+/// InitHDMITXVariable, InitHDMITX and InitInterruptMasks. InitHDMITXVariable clears DefaultDVImode, so this function
+/// always starts HDMI operation.
+/// @return 1 when the transmitter was started. 0 when the identification is not 0x91. The function then prints a
+///         message on standard error and changes nothing.
 std::uint8_t InitializeHDMITX();
 
-/// Sets the configuration and the output state to their defaults. Accesses no register.
+/// Sets the configuration above to the values in brackets, OutputState to OUTPUT_NO_SINK, OldOutputState to 255 and
+/// RequireConfigInfoFrame to 1. Accesses no register.
 void InitHDMITXVariable();
 
-/// Starts HDMI operation: reset, audio, DE generator, video input, clocks, interrupts, output on. If DefaultDVImode is
-/// non-zero, runs InitDVITX instead.
+/// Starts HDMI operation. Resets the transmitter, then sets the audio input, the DE generator, the video input, the
+/// clocks and the interrupts, and switches the output on last. Calls only InitDVITX when DefaultDVImode is set.
 void InitHDMITX();
 
-/// Starts DVI operation, without audio and without the audio interrupts.
+/// Starts DVI operation. Sets no audio and does not enable the audio interrupts. Writes 0x72:0x0C = 0x88 in addition.
 void InitDVITX();
 
-/// Starts the audio part: HDMI mode, N for the rate that DefaultAudioConfig's code names (32, 44.1 or 48 kHz; for any
-/// other code N is not written), 0x7A:0x01, master clock, audio input.
+/// Selects HDMI mode, writes the first N value, 0x7A:0x01 = 0x02 and the master clock, and calls InitDVDAudio.
+/// The N value follows from byte 2 of DefaultAudioConfig: 4096 for 32 kHz, 6272 for 44.1 kHz, 6144 for 48 kHz. No N is
+/// written for any other code.
 void InitAudioPart();
 
-/// Sets the audio input from DefaultAudioConfig: 0x7A:0x21, 0x22, 0x24, 0x1D and the I2S input.
+/// Writes the bytes of DefaultAudioConfig: byte 2 to 0x7A:0x21, byte 3 to 0x22 and 0x24, byte 4 to 0x1D. Then calls
+/// SetI2SDataSelection with byte 0.
 void InitDVDAudio();
 
-/// Chooses the I2S input and switches the audio input on. Clears 0x7A:0x14 bit 0, writes 0x7A:0x1C, then writes sel with
-/// bit 0 set to 0x7A:0x14.
-/// @param sel  0x10, 0x20, 0x40 or 0x80; for any other value 0x7A:0x1C is not written
+/// Selects the I2S input and switches the audio input on. Clears bit 0 of 0x7A:0x14 first, then writes 0x7A:0x1C, then
+/// writes the whole of 0x7A:0x14 = sel with bit 0 set.
+/// @param sel  0x10, 0x20, 0x40 or 0x80 for inputs 0 to 3. Any other value leaves 0x7A:0x1C unchanged, and the
+///             function still writes 0x7A:0x14.
 void SetI2SDataSelection(std::uint8_t sel);
 
 // ---- Interrupts ----
 
-/// Handles the transmitter's interrupts. Call it after each KOVAAPI_GetParseIRQ. Does nothing unless the stored status
-/// shows interrupt 7. Prints reports on standard error.
+/// Handles the transmitter's interrupts: hot plug changes and audio input events. Call it after each
+/// KOVAAPI_GetParseIRQ. Does nothing unless the stored status shows interrupt 7 (KOVA_IRQ_HDMITX). Disables interrupt 7
+/// at the start and enables it again at the end. When bit 0 of 0x72:0x70 is set, reads the events from 0x72:0x71,
+/// handles them and writes 0x72:0x71 = 0xFF to acknowledge all events. Prints what it finds on standard error.
 void HDMITxInterruptHandler();
 
-/// Reacts to a hot plug change: sets output state 0 and switches the TMDS output off.
+/// Handles a hot plug change: sets OutputState to OUTPUT_NO_SINK and switches the TMDS output off (0x72:0x08 bit 0).
 void HotPlugInOrOut();
 
-/// Reacts to an audio input event: runs SetN.
+/// Handles an audio input event: calls SetN.
 void ChangeFsHandler();
 
-/// Acknowledges and enables the interrupts of HDMI operation: 0x72:0x71 = 0x78, 0x72:0x75 = 0x78.
+/// Acknowledges and enables the interrupts of HDMI operation. Writes 0x72:0x71 = 0x78, then 0x72:0x75 = 0x78.
 void InitInterruptMasks();
 
-/// Acknowledges and enables the interrupts of DVI operation, which has no audio: 0x72:0x71 = 0x60, 0x72:0x75 = 0x60.
+/// Acknowledges and enables the interrupts of DVI operation, without those of the audio input. Writes 0x72:0x71 = 0x60,
+/// then 0x72:0x75 = 0x60.
 void InitDVIInterruptMasks();
 
 // ---- Timer service and output state ----
 
-/// States of the HDMI output.
+/// States of the output.
 enum : std::uint8_t {
-    OUTPUT_NO_SINK = 0,    ///< no sink, or the EDID of the sink could not be read
-    OUTPUT_CHECK_EDID = 1, ///< a sink is confirmed, and its EDID must be parsed
-    OUTPUT_HDMI = 4,
-    OUTPUT_DVI = 5,
-    OUTPUT_HDMI_NO_POWER = 20, ///< HDMI sink whose receiver has no power
-    OUTPUT_DVI_NO_POWER = 21,  ///< DVI sink whose receiver has no power
+    OUTPUT_NO_SINK = 0,        ///< No sink is connected, or its EDID could not be read.
+    OUTPUT_CHECK_EDID = 1,     ///< A sink is confirmed. Its EDID must be parsed.
+    OUTPUT_HDMI = 4,           ///< HDMI output.
+    OUTPUT_DVI = 5,            ///< DVI output.
+    OUTPUT_HDMI_NO_POWER = 20, ///< HDMI sink whose receiver has no power.
+    OUTPUT_DVI_NO_POWER = 21,  ///< DVI sink whose receiver has no power.
 };
 
-extern std::uint8_t OutputState;    ///< one of the states above
-extern std::uint8_t OldOutputState; ///< the state that was printed last
+extern std::uint8_t OutputState;    ///< Current state: one of the values above.
+extern std::uint8_t OldOutputState; ///< The state that was printed last.
 
-/// Runs one pass of the timer service. Call it once a second, after the interrupt handler. Most passes do nothing. From
-/// pass 8 on, every 32nd pass polls hot plug and receiver sense, prints a change of the output state on standard error,
-/// and reads the EDID when the state asks for it. A sink that is there from the start is confirmed in pass 104. From
-/// pass 984 on, every 992nd pass counts the time-out and checks S/PDIF audio.
+/// Runs one pass of the timer service. Call it once a second, after HDMITxInterruptHandler. Most passes do nothing.
+///
+/// Pass 8 and every 32nd pass after it read hot plug (bit 1) and receiver sense (bit 2) from 0x72:0x09. They set
+/// OutputState, switch the TMDS output (0x72:0x08 bit 0) and print a change of the state on standard error. When the
+/// state is OUTPUT_CHECK_EDID, they read the EDID twice and choose HDMI or DVI. When DefaultDVImode is set, they choose
+/// DVI without reading the EDID. A sink that is connected from the start is confirmed at pass 104.
+///
+/// Pass 984 and every 992nd pass after it count the time-out. OUTPUT_CHECK_EDID becomes OUTPUT_DVI at the second of
+/// these passes after it began. In HDMI mode, these passes also call SetN when S/PDIF is selected and the audio input
+/// is off.
 void HDMITxTimerHandler();
 
 // ---- InfoFrames (CEA-861) and the general control packet ----
-// All registers are on page 0x7A. Progress is printed on standard error.
+// All registers are on page 0x7A. The functions print their progress on standard error, except SendCP_Packet.
 
-inline constexpr std::uint8_t INFOFRAME_AVI = 0x82;
-inline constexpr std::uint8_t INFOFRAME_AUDIO = 0x84;
+inline constexpr std::uint8_t INFOFRAME_AVI = 0x82;   ///< Type of the AVI InfoFrame.
+inline constexpr std::uint8_t INFOFRAME_AUDIO = 0x84; ///< Type of the audio InfoFrame.
 
-extern std::array<std::uint8_t, 13> DefaultAVIInfoFrame; ///< AVI data bytes 1 to 13; SendAVIInfoFrame rebuilds them
-extern std::array<std::uint8_t, 10> DefaultAUDInfoFrame; ///< audio data bytes 1 to 10; zero refers to the stream header
-extern std::uint8_t RequireConfigInfoFrame;              ///< non-zero: SendAVIInfoFrame builds and loads
+/// Data bytes 1 to 13 of the AVI InfoFrame. SendAVIInfoFrame changes bytes 1, 2 and 4.
+extern std::array<std::uint8_t, 13> DefaultAVIInfoFrame;
+/// Data bytes 1 to 10 of the audio InfoFrame. Zero means that the sink takes the value from the audio stream.
+extern std::array<std::uint8_t, 10> DefaultAUDInfoFrame;
+/// Non-zero: the next SendAVIInfoFrame builds and loads the AVI InfoFrame.
+extern std::uint8_t RequireConfigInfoFrame;
 
-/// Builds the AVI InfoFrame from OutVideoMode, the output format and DefaultActiveAspect, and loads it: 0x40 to 0x50.
-/// Does this only if RequireConfigInfoFrame is set, and clears that variable.
+/// Builds the AVI InfoFrame from OutVideoMode, the output format and DefaultActiveAspect, and writes it to registers
+/// 0x40 to 0x50. Writes no register when RequireConfigInfoFrame is zero. Otherwise clears RequireConfigInfoFrame.
 void SendAVIInfoFrame();
 
-/// Loads the audio InfoFrame: 0x80 to 0x8D.
+/// Writes the audio InfoFrame to registers 0x80 to 0x8D.
 void SendAUDInfoFrame();
 
-/// Starts the repeated sending of a packet: 0x3E, or 0x3F for code 0.
-/// @param code  0x82 to 0x85 is an InfoFrame type. 0 is the packet of 0x3F bits 1..0. 255 starts nothing: it clears bits
-///              4 and 0 of 0x3E, so one bit of the audio pair and one of the AVI pair stay set if they were set. In DVI
-///              mode an InfoFrame type, or 255, clears all bits of 0x3E.
-/// @return 0; 1 for any other code, which writes nothing
+/// Switches on the repeated sending of a packet.
+/// @param code  0x82 to 0x85: the InfoFrame type. Calls Control_INF_CTRL1 with it.
+///              0: the packet of bits 1..0 of register 0x3F. Both bits are set.
+///              255: switches nothing on. Clears bits 4 and 0 of 0x3E, then calls Control_INF_CTRL1. In HDMI mode the
+///              other bits of 0x3E stay unchanged, so bit 5 (audio) and bit 1 (AVI) can stay set.
+/// @return 0. 1 for any other code: the function then writes no register.
 std::uint8_t EnableInfoFrame(std::uint8_t code);
 
-/// Writes InfoFrame control 1, 0x3E. In HDMI mode sets both bits of the type and reports it; a code outside 0x82 to 0x85
-/// sets no bit. In DVI mode clears all bits.
+/// Writes InfoFrame control 1, register 0x3E. In HDMI mode, sets the two bits of the type: bits 1..0 for 0x82, 3..2 for
+/// 0x83, 5..4 for 0x84, 7..6 for 0x85. Any other code changes no bit. Then reads the register and prints the value.
+/// In DVI mode, writes 0x00 for every code and prints nothing.
 void Control_INF_CTRL1(std::uint8_t code);
 
-/// Stops sending the AVI and audio InfoFrames: clears 0x3E bits 5, 4, 1 and 0.
+/// Switches the AVI and audio InfoFrames off: clears bits 5, 4, 1 and 0 of 0x3E.
 void DisableInfoFrame();
 
-/// Sends the general control packet, which sets (mute non-zero) or clears the sink's audio/video mute: 0x3F, 0xDF. If
-/// the transmitter does not accept the packet within 64 reads, the packet stays off.
+/// Sends the general control packet, which sets or clears the sink's audio/video mute. Clears bit 2 of 0x3F, writes
+/// 0xDF, waits until bit 2 of 0x3F reads 0, and sets bits 3 and 2 of 0x3F. Reads the bit at most 64 times. If it never
+/// reads 0, the function returns without the last write, and the packet stays off.
+/// @param mute  non-zero sets the mute (0xDF = 0x01), zero clears it (0xDF = 0x10)
 void SendCP_Packet(std::uint8_t mute);
 
 // ---- Audio clock regeneration and audio input ----
-// All registers are on page 0x7A unless another page is named. Sample rates are in whole kHz: 32, 44, 48, 88, 96, 176,
-// 192. 0 means no known rate.
+// All registers are on page 0x7A unless the page is given. A sample rate is a number of whole kHz: 32, 44, 48, 88, 96,
+// 176 or 192. The rate 0 means that no valid rate was found. A pixel clock is a number of units of 10 kHz.
 
-/// Acknowledges the audio events, waits for a stable CTS, measures the sample rate, writes N (0x03 to 0x05) and the
-/// channel status code (0x21), and switches the audio input on. Without a stable CTS only the events are acknowledged.
+/// Measures the audio sample rate, sets N for it and switches the audio input on. Acknowledges the audio input events
+/// (0x72:0x71), waits for a stable CTS and measures the rate. Then writes N (0x03 to 0x05), the sampling-frequency code
+/// (0x21) and bit 0 of 0x14. Without a valid rate, N and the code stay unchanged, and the audio input is still switched
+/// on. Without a stable CTS, the function writes nothing after the acknowledgement. Prints its progress on standard
+/// error.
 void SetN();
 
-/// Waits until the CTS is stable. Each round reads the CTS twice. The round agrees if the two values differ by at most 2.
-/// A round that does not agree sets the count of agreeing rounds to 0. A round whose first CTS is 5000 or less leaves the
-/// count as it is.
-/// @return 1 when five rounds have agreed; 0 with a message after ten rounds, which are 60 register reads
+/// Waits until the measured CTS is stable. A round reads CTS twice. The function makes at most ten rounds, which are 60
+/// register reads, without a delay.
+/// - A round whose first CTS is 5000 or less is ignored.
+/// - A round whose two values differ by at most 2 is counted.
+/// - Any other round sets the count back to 0.
+/// @return 1 as soon as the count is five. 0 after ten rounds, with a message on standard error.
 std::uint8_t WaitForStableCTS();
 
-/// Reads the measured CTS: 0x09, 0x0A, 0x0B.   @return 24 bits
+/// Reads CTS, which the transmitter measures.
+/// @return 24 bits: 0x09 is the low byte, 0x0A the middle byte, 0x0B the high byte
 std::uint32_t ReadCTSValue();
 
-/// Reads N: 0x03, 0x04, 0x05.   @return 24 bits
+/// Reads N.
+/// @return 24 bits: 0x03 is the low byte, 0x04 the middle byte, 0x05 the high byte
 std::uint32_t ReadNValue();
 
-/// Writes bits 23..0 of n: 0x03, 0x04, 0x05.
+/// Writes N: bits 7..0 to 0x03, bits 15..8 to 0x04, bits 23..16 to 0x05. Bits 31..24 are not used.
 void WriteNValue(std::uint32_t n);
 
-/// Computes the sample rate from the measured CTS and N.
-/// @param pixclk  pixel clock in 10 kHz
-/// @return the rate in kHz; 0 if it is none of the seven rates, or if the CTS is below 100
+/// Measures the sample rate from CTS (0x09 to 0x0B) and N (0x03 to 0x05). Prints the values on standard error.
+/// @param pixclk  pixel clock in units of 10 kHz
+/// @return the rate in kHz. 0 when the measured value is near none of the seven rates, or when CTS is below 100.
 std::uint8_t GetFs(std::uint16_t pixclk);
 
-/// Looks N up.
-/// @param pixclk  pixel clock in 10 kHz   @param rate  in kHz; an unknown rate counts as 32 kHz
-/// @return N for this clock and rate
+/// Looks up N in a table. Accesses no register.
+/// @param pixclk  pixel clock in units of 10 kHz
+/// @param rate  sample rate in kHz; any value but the seven rates counts as 32
+/// @return N. Pixel clocks 2517 and 7425 have values of their own; all other clocks share one set of values.
 std::uint32_t SearchOptimumNValue(std::uint16_t pixclk, std::uint8_t rate);
 
-/// @return 0 to 6 for the seven rates in ascending order; 0xFF for any other rate
+/// @return the index of the rate, 0 to 6 for the seven rates in ascending order. 0xFF for any other value.
 std::uint8_t GetFsIndex(std::uint8_t rate);
 
-/// Writes the IEC 60958-3 sampling-frequency code of the rate: 0x21. Writes nothing for an unknown rate.
+/// Writes the rate's IEC 60958-3 sampling-frequency code to 0x21. Writes nothing unless it is one of the seven rates.
 void SetI2SFsStatus(std::uint8_t rate);
 
 /// Switches the audio input on or off: 0x14 bit 0.
 void TXAudio(std::uint8_t on);
 
-/// Chooses S/PDIF (on non-zero) or I2S as the audio input: 0x14 bit 1.
+/// Selects the audio input: S/PDIF when the flag is set, I2S when it is zero. 0x14 bit 1.
 void TXSPDIFSelect(std::uint8_t on);
 
-/// @return 1 if S/PDIF is chosen, else 0: 0x14 bit 1
+/// @return 1 when S/PDIF is selected (0x14 bit 1 is set), else 0.
 std::uint8_t IsSPDIFSelected();
 
-/// @return 1 if the audio input is off, else 0: 0x14 bit 0
+/// @return 1 when the audio input is off (0x14 bit 0 is clear), else 0.
 std::uint8_t IsAudioDisabled();
 
 /// Acknowledges the two audio input interrupts: 0x72:0x71 = 0x18.
 void ClearBiphaseSampleDroppedInterrupts();
 
 // ---- Video input ----
+// All registers are on page 0x72 unless the page is given. A row is an index of VModeTables. A row above 81 counts as a
+// row of zeros.
 
-/// Sets the video input stage, 0x72:0x4A, for OutVideoMode, the output state and the output format. Reports its switches
-/// on standard error. If colour conversion is on, also sets 0x72:0x48 bit 4 for SrcVideoFrmt.
+/// Sets the video input stage, register 0x4A, for OutVideoMode, OutputState and the output format. Prints the state of
+/// each switch on standard error. When the colour conversion is on (0x4A bit 3), also sets or clears bit 4 of 0x48 for
+/// SrcVideoFrmt.
 void ConfigTXVideoMode();
 
-/// Sets the position of the active picture for the current output format.
-/// @param embedded  0: loads the DE generator and switches it by DefaultDataEnable; else: loads the embedded-sync decoder
+/// Tells the transmitter where the active picture lies in the current output format. Prints the row and the format on
+/// standard error.
+/// @param embedded  zero: calls UpdateTX_DE, then SetDE with DefaultDataEnable. Non-zero: calls UpdateTX_656 only.
 void HDMITX_SetDE(std::uint8_t embedded);
 
-/// Loads the DE generator and leaves it off: 0x72:0x32 to 0x34, 0x36 to 0x39.   @param row  index into VModeTables
+/// Loads the DE generator from a row and switches the generator off. Registers 0x32 to 0x34 and 0x36 to 0x39.
 void UpdateTX_DE(std::uint8_t row);
 
-/// Loads the embedded-sync decoder: 0x72:0x3E bits 1..0, 0x40 to 0x47.   @param row  index into VModeTables
+/// Loads the embedded-sync decoder from a row. Registers 0x3E (bits 1..0) and 0x40 to 0x47.
 void UpdateTX_656(std::uint8_t row);
 
-/// Switches the DE generator on or off: 0x72:0x33 bit 6.
+/// Switches the DE generator on or off: 0x33 bit 6.
 void SetDE(std::uint8_t on);
 
-/// The same as SetDE.
+/// Does the same as SetDE.
 void DE_GenEn(std::uint8_t on);
 
-/// Writes a fixed set-up for separate syncs, HDMI and I2S audio: 16 registers.
+/// Writes a fixed set-up of 16 registers on both pages: separate syncs, HDMI mode and I2S audio of 48 kHz.
 void HDMITX_OutVideoNormal();
 
-/// Writes a fixed set-up for BT.656 input of 720x480 interlaced video: 9 registers, then 0x72:0x32 to 0x47.
+/// Writes a fixed set-up for BT.656 input of 720x480 interlaced video: nine registers, then 0x32 to 0x47. Sets no audio
+/// and does not change between HDMI and DVI mode.
 void HDMITX_OutVideoBT656();
 
 // ---- Power, reset and mode ----
-// A flag argument is on when it is non-zero. A function that names single bits keeps the other bits of the register.
 
-/// Switches the TMDS output off (down non-zero) or on: 0x72:0x08 bit 0.
+/// Switches the TMDS output off when the flag is set, on when it is zero: 0x72:0x08 bit 0.
 void HDMITXTMDSPowerDown(std::uint8_t down);
 
 /// @return 1 in HDMI mode, 0 in DVI mode: 0x7A:0x2F bit 0.
 std::uint8_t IsTXInHDMIMode();
 
-/// Chooses HDMI (on non-zero) or DVI signalling: 0x7A:0x2F bit 0.
+/// Selects HDMI mode when the flag is set, DVI mode when it is zero: 0x7A:0x2F bit 0.
 void TX_HDMIMode(std::uint8_t on);
 
-/// @return DefaultDVImode: non-zero if the output must be DVI, whatever the sink is. Accesses no register.
+/// @return DefaultDVImode. Non-zero means that the output is DVI, whatever the sink is. Accesses no register.
 std::uint8_t IsNeedToForceInDVIMode();
 
-/// Asserts software resets: writes bits to 0x72:0x05, where bits 1 and 0 are the resets.
+/// Starts software resets: writes the whole of 0x72:0x05.
+/// @param bits  bits 1 and 0 are the two resets
 void AssertHDMITX_SWReset(std::uint8_t bits);
 
-/// Releases all software resets: 0x72:0x05 = 0x00. The argument has no effect.
+/// Ends all software resets, whatever the argument is: 0x72:0x05 = 0x00.
 void ReleaseHDMITX_SWReset(std::uint8_t bits);
 
-/// Asserts and releases both software resets: 0x72:0x05 = 0x03, then 0x00, without a delay.
+/// Starts and ends both software resets: writes 0x72:0x05 = 0x03, then 0x00, without a delay.
 void SW_ResetHDMITX();
 
-/// Powers the output, then wakes up the rest of the core: 0x72:0x08 bit 0, 0x7A:0x3D bit 0.
+/// Switches the output power on (0x72:0x08 bit 0 = 1), then wakes the rest of the core (0x7A:0x3D bit 0 = 1).
 void WakeUpHDMITX();
 
-/// Powers everything down if enable is 1, and up for any other value: 0x72:0x08 bit 0, then 0x7A:0x3D bits 2..0.
+/// Switches all power off or on: 0x72:0x08 bit 0, then 0x7A:0x3D bits 2..0.
+/// @param enable  exactly 1 switches the power off; any other value switches it on
 void HDMITXTotalPowerDownEnable(std::uint8_t enable);
 
-/// Sets the input clock. Bits 7..2 of 0x72:0x48 become those of value. Bits 1..0 keep what they held, ORed with bits 1..0
-/// of value.
+/// Sets the input clock, register 0x72:0x48. Keeps bits 1..0 of the register, clears bits 7..2 and then sets every bit
+/// that is set in value. Bits 1..0 can therefore be set, but not cleared.
 void SetIClk(std::uint8_t value);
 
-/// Sets the input clock edge from DefaultICLKEDGE: 0x72:0x08 bit 1.
+/// Sets the input clock edge: 0x72:0x08 bit 1 = 1 when DefaultICLKEDGE is not zero, else 0.
 void SetInputClockEdge();
 
 /// Sets the audio master clock: 0x7A:0x02 = index.

@@ -37,8 +37,8 @@ std::uint8_t HDTX_RegRead(std::uint8_t devaddr, std::uint8_t reg) {
 std::uint8_t HDTX_RegField(std::uint8_t devaddr, std::uint8_t reg, std::uint8_t pos, std::uint8_t width,
                            std::uint8_t data) {
     const unsigned old = HDTX_RegRead(devaddr, reg);
-    // Position and width are not checked, but a shift must stay within the type. A width of 8 or more covers the whole
-    // register. A position of 8 or more lies outside it.
+    // A shift by 32 bits or more would be undefined behaviour. These limits avoid it and change no result. A width of 8
+    // covers the whole register, and a position of 8 lies outside it.
     const unsigned mask = width < 8 ? (1U << width) - 1U : 0xFFU;
     const unsigned shift = pos < 8 ? pos : 8;
     return HDTX_RegWrite(devaddr, reg, static_cast<std::uint8_t>((old & ~(mask << shift)) | ((data & mask) << shift)));

@@ -1,26 +1,33 @@
 #pragma once
-// Access to the transmitter's registers: two pages of 8-bit registers. Each byte is one transfer, without a pause. Each
-// successful transfer prints a trace line on standard output, each failed one an error message. No function reports a
-// failure in its result. A failed read gives 0xFF. A failed write leaves its register unchanged, and a block goes on with
-// the next register.
+// Register access of the transmitter: two pages of 256 registers, 8 bits each. A register page is named by its device
+// address.
+//
+// Each byte is one transfer, without a pause. Each successful transfer prints a trace line on standard output.
+//
+// No function reports a failed transfer. A failed transfer prints a message on standard output, a failed read gives
+// 0xFF, and a block transfer goes on with the next byte. A device address other than the two below makes no transfer: a
+// write does nothing, and a read gives 0xFF. Nothing is printed then.
 
 #include <cstdint>
 
-inline constexpr std::uint8_t HDTX_SLV0 = 0x72; ///< device address of page 0, the shell's "hdmi1"
-inline constexpr std::uint8_t HDTX_SLV1 = 0x7A; ///< device address of page 1, the shell's "hdmi2"
+inline constexpr std::uint8_t HDTX_SLV0 = 0x72; ///< Device address of page 0. The shell calls it "hdmi1".
+inline constexpr std::uint8_t HDTX_SLV1 = 0x7A; ///< Device address of page 1. The shell calls it "hdmi2".
 
-/// Writes count bytes to consecutive registers from reg on. After register 0xFF comes register 0x00.
+/// Writes count bytes to consecutive registers, beginning with reg. The register after 0xFF is 0x00.
 /// @return 0
 std::uint8_t I2C_Write(std::uint8_t devaddr, std::uint8_t reg, const std::uint8_t* buf, std::uint16_t count);
 
-/// Reads count bytes, all from the same register. This is how a data port is read.
+/// Reads count bytes, all of them from register reg. The register address does not advance: a block read empties a FIFO
+/// through its data port.
 /// @return 0
 std::uint8_t I2C_Read(std::uint8_t devaddr, std::uint8_t reg, std::uint8_t* buf, std::uint16_t count);
 
-/// Block write to consecutive registers, see I2C_Write.
+/// Writes count bytes to consecutive registers, see I2C_Write.
+/// @return 0
 std::uint8_t HDTX_MultiWrite(std::uint8_t devaddr, std::uint8_t reg, const std::uint8_t* buf, std::uint16_t count);
 
-/// Block read of one data port register, see I2C_Read.
+/// Reads count bytes from one register, see I2C_Read.
+/// @return 0
 std::uint8_t HDTX_MultiRead(std::uint8_t devaddr, std::uint8_t reg, std::uint8_t* buf, std::uint16_t count);
 
 /// Writes one register.
@@ -28,11 +35,14 @@ std::uint8_t HDTX_MultiRead(std::uint8_t devaddr, std::uint8_t reg, std::uint8_t
 std::uint8_t HDTX_RegWrite(std::uint8_t devaddr, std::uint8_t reg, std::uint8_t value);
 
 /// Reads one register.
-/// @return its value; 0xFF after a failed transfer
+/// @return the value of the register. 0xFF after a failed transfer.
 std::uint8_t HDTX_RegRead(std::uint8_t devaddr, std::uint8_t reg);
 
-/// Writes a bit field of one register by read-modify-write. The arguments are not checked. Bits above bit 7 are lost. A
-/// width of 0 rewrites the register unchanged.
+/// Changes a bit field of one register by a read-modify-write: one read, then one write. The arguments are not checked.
+/// Field bits above bit 7 of the register are lost.
+/// @param pos  lowest bit of the field, 0 to 7
+/// @param width  number of bits, 1 to 8; a width of 0 writes the register back unchanged
+/// @param data  new value of the field, right-aligned; bits above the width are ignored
 /// @return 0
 std::uint8_t HDTX_RegField(std::uint8_t devaddr, std::uint8_t reg, std::uint8_t pos, std::uint8_t width,
                            std::uint8_t data);

@@ -1,4 +1,4 @@
-// The transmitter's interrupts. They arrive on one interrupt line of the video processor, which is polled.
+// The transmitter's interrupts. All of them arrive as interrupt 7 of the video processor, and this file polls it.
 
 #include "hdmitx/hdmitx.h"
 

@@ -1,6 +1,7 @@
-// The timer service and the output state machine. The timer service counts passes of the control loop. Eight passes are
-// one tick. The ticks run through the phases 1 to 4. Thirty-one rounds of the phases are one period, which is the unit of
-// the time-out and of the audio check.
+// The timer service and the output state machine. The timer service counts passes of the control loop:
+// - Eight passes make a tick.
+// - Four ticks, phases 1 to 4, make a round. Phase 1 polls the sink. Phase 3 counts the round.
+// - 31 rounds make a period. The time-out and the audio check run once in a period.
 
 #include "hdmitx/hdmitx.h"
 
@@ -24,12 +25,12 @@ constexpr std::uint8_t kPeriodsToParse = 2;
 
 constexpr std::uint8_t kChooseDvi = 5; // for AssignOutputState, where every value except EDID_OUTMODE_HDMI means DVI
 
-std::uint8_t ConfirmCount = 0; // polls in a row that saw hot plug in the state without a sink
-std::uint8_t TimeOut = 0;      // periods left until a sink whose EDID could not be read gets DVI
+std::uint8_t ConfirmCount = 0; // polls in a row that saw hot plug while OutputState was OUTPUT_NO_SINK
+std::uint8_t TimeOut = 0;      // periods left until OUTPUT_CHECK_EDID becomes OUTPUT_DVI
 std::uint8_t auxTime = 0;      // passes since the last tick
-std::uint8_t TimerSrvF = 0;    // 1: a tick has begun and is not handled yet
+std::uint8_t TimerSrvF = 0;    // 1: a tick waits to be handled
 std::uint8_t _8msCounter = 0;  // phase of the tick, 1 to 4
-std::uint8_t msCounter = 0;    // phase-3 ticks since the start of the period
+std::uint8_t msCounter = 0;    // rounds counted in this period, 0 to 30
 
 void TimeService_8ms() {
     if (TimerSrvF == 0 && ++auxTime == kPassesPerTick) {
@@ -144,7 +145,7 @@ void GiveUpSink() {
     HDMITXTMDSPowerDown(1);
 }
 
-// The EDID is read twice. If the DDC channel changes a byte and reports no error, the CRC values of the two reads differ.
+// The EDID is read twice. If the DDC channel changes a byte without an error, the CRCs of the two reads differ.
 void EDIDProcessing() {
     EDIDParseResult result{};
     if (ParseEDID(&result) != 0) {
@@ -153,7 +154,7 @@ void EDIDProcessing() {
     }
     const std::uint16_t firstCrc = result.CRC16;
     if (ParseEDID(&result) != 0) {
-        return; // the next poll repeats this step, until the time-out ends
+        return; // the state stays OUTPUT_CHECK_EDID: the next poll tries again, until the time-out
     }
     if (result.CRC16 != firstCrc) {
         std::fputs(" \n\rCRC16 error, try again!\n", stderr);

@@ -8,19 +8,19 @@
 
 namespace hdmitx {
 
-/// One register of a list. A list is written, and read back, in its order.
+/// One register of a list and its value.
 struct TxSetting {
     std::uint8_t page, reg, value;
 };
 
-/// The normal set-up: separate syncs, HDMI, I2S audio of 48 kHz on the first input.
+/// The normal set-up: separate syncs, HDMI mode, I2S audio of 48 kHz on the first input.
 inline constexpr std::array<TxSetting, 16> kTxNormalSetup{{
     {HDTX_SLV0, 0x05, 0x00}, // software reset released
     {HDTX_SLV0, 0x08, 0x37}, // output power on, input clock edge
     {HDTX_SLV0, 0x0C, 0x88},
     {HDTX_SLV0, 0x33, 0x00}, // DE generator off
-    {HDTX_SLV0, 0x48, 0x00}, // input clock, colour conversion
-    {HDTX_SLV0, 0x4A, 0x00}, // video input: every conversion off
+    {HDTX_SLV0, 0x48, 0x00}, // input clock setting and HD colour conversion cleared
+    {HDTX_SLV0, 0x4A, 0x00}, // video input: every switch cleared
     {HDTX_SLV0, 0x82, 0x20},
     {HDTX_SLV1, 0x2F, 0x01}, // HDMI mode
     {HDTX_SLV1, 0x14, 0x11}, // audio on, first I2S input

@@ -2,8 +2,7 @@
 
 namespace {
 
-// For each output format of the video processor: its row in VModeTables. The transmitter has no timing for the formats
-// behind these.
+// The row of VModeTables for each output format. Formats 18 and above have no row.
 constexpr std::array<std::uint8_t, 18> kRowOfFormat{
     4,  // 720x480i60
     15, // 720x576i50
@@ -25,7 +24,7 @@ constexpr std::array<std::uint8_t, 18> kRowOfFormat{
     60, // 1280x1024p75
 };
 
-constexpr std::uint8_t kNoTiming = 78;
+constexpr std::uint8_t kNoTiming = 78; // a row of zeros
 
 } // namespace
 
