@@ -1,12 +1,13 @@
 #pragma once
-// The check value (CRC) over an EDID. A parse never holds a whole block, so two reads of the EDID are compared by this
-// value. It is none of the published CRC-16: the polynomial 0x1021 is used unreversed, but the register shifts right. The
-// start value is 0.
+// The CRC over the bytes of an EDID. A parse never holds a whole block, so two parses are compared by this CRC.
+//
+// It is none of the published CRC-16 variants: the register shifts right, but the polynomial 0x1021 is not reversed.
+// The start value is 0.
 
 #include <cstdint>
 
-/// Feeds one byte, least significant bit first, to the running value.
+/// Adds one byte to the CRC, its least significant bit first.
 void UpdateCRC16WithByte(std::uint16_t* crc, std::uint8_t byte);
 
-/// Feeds count bytes, beginning with the first.
+/// Adds count bytes to the CRC, from the first to the last.
 void UpdateCRC16WithBlock(std::uint16_t* crc, std::uint8_t count, const std::uint8_t* data);

@@ -1,4 +1,4 @@
-// The parse driver: it leads through a sink's EDID. Also the functions that hand out the results.
+// The order in which a sink's EDID is parsed, and the accessors of the results.
 
 #include "edid/EDIDParse.h"
 
@@ -13,8 +13,8 @@ std::uint8_t CEAOnFisrtPage = 0;
 
 namespace {
 
-// The result of a parse that ends with another segment selected than the one it selected.
-constexpr std::uint8_t kSegmentLost = MDDC_ERROR_BIT6;
+// The result of a parse whose last request used another segment than 0.
+constexpr std::uint8_t kWrongSegment = MDDC_ERROR_BIT6;
 
 // The report prints this name. __FILE__ would be the path that the compiler was given.
 constexpr const char* kFile = "EDID.cpp";
@@ -44,8 +44,8 @@ std::uint8_t ParseOneExtension(EDIDParseResult* result) {
     return transfer;
 }
 
-// Parses the first block of a segment if it is a CEA block. Of the second block only the checksum is checked, and only
-// in that case.
+// Parses the first block of a segment if it is a CEA block, and then checks the checksum of the second block. If the
+// first block is not a CEA block, only its tag is read.
 std::uint8_t ParseSegment(std::uint8_t segment, EDIDParseResult* result) {
     SelectSegment(segment);
     std::uint8_t isCEA = 0;
@@ -71,8 +71,8 @@ std::uint8_t ParseSegment(std::uint8_t segment, EDIDParseResult* result) {
     return CheckCRCof2ndEDIDBlock(&result->ErrCode, &result->CRC16);
 }
 
-// Makes one pass more than there are extensions. The 8-bit segment number wraps, so the last of 256 passes searches
-// segment 0.
+// Parses the segments from 1 on, until a CEA block is found. Makes at most one pass more than there are extensions. The
+// segment number has 8 bits, so the last of 256 passes uses segment 0.
 std::uint8_t WalkSegments(std::uint8_t extensions, EDIDParseResult* result) {
     std::uint8_t segment = 1;
     for (unsigned pass = 0; pass < extensions + 1U; ++pass) {
@@ -125,10 +125,11 @@ std::uint8_t ParseEDID(EDIDParseResult* result) {
     if (TmpD.segment == 0) {
         return transfer;
     }
-    // A failed read of the segment register gives 0xFF, and the next request then selects segment 0xFF. The bytes from
-    // there are not the base block. If segment 0 were not selected again here, no later parse would find the base block.
+    // The last request used another segment than 0. A failed read of the segment register can cause this: it gives
+    // 0xFF, and the request then selects segment 0xFF. The result of this parse is therefore not valid. Segment 0 is
+    // selected again, because every later parse would otherwise read the wrong segment too.
     SelectSegment(0);
-    return transfer != 0 ? transfer : kSegmentLost;
+    return transfer != 0 ? transfer : kWrongSegment;
 }
 
 std::uint8_t ReturnCECPhyAddr(std::uint16_t* address) {

@@ -1,4 +1,4 @@
-// Block 0 of the EDID: checks its header, its checksum and its version. (E-EDID 1.3)
+// Checks EDID block 0: header, checksum and version (E-EDID 1.3). Checks the checksum of extension blocks too.
 
 #include "edid/EDIDParse.h"
 
@@ -14,8 +14,7 @@ constexpr unsigned kBlockSize = 128;
 constexpr unsigned kChunk = 8;
 constexpr std::array<std::uint8_t, 8> kHeader{0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00};
 
-// If the sum of a block is wrong, bytes were changed on the way or are wrong in the monitor. Nothing in the block can be
-// trusted then.
+// A wrong sum means that the block was damaged in the transfer or in the monitor. The parse does not use such a block.
 std::uint8_t CheckBlock(std::uint8_t offset, std::uint8_t* err, std::uint16_t* crc) {
     std::uint8_t sum = 0;
     const std::uint8_t result = CheckCRC(offset, &sum, crc);
@@ -76,7 +75,8 @@ std::uint8_t BasicParse(std::uint8_t* err, std::uint16_t* crc) {
     if (!Ends(result, *err)) {
         result = CheckCRCof1stEDIDBlock(err, crc);
     }
-    // The version is checked last, since its bytes are valid only in a block with a good checksum.
+    // The version is checked last: only a block with a correct checksum has valid version bytes. Extension blocks have
+    // none.
     if (!Ends(result, *err)) {
         result = CheckEDIDVersion(err, crc);
     }

@@ -21,7 +21,7 @@ constexpr std::array<const char*, 9> kAudioFormats{
     " reserved", " Liniar PCM", " AC-3", " MPEG-1", " MP3", " MPEG2", " ACC", " DTS", " ATRAC",
 };
 
-// In the order of the bits, from bit 0 on.
+// Each table names the bits of a byte, beginning with bit 0.
 constexpr std::array<const char*, 7> kSampleRates{"  32 ", "  44 ", "  48 ", "  88 ", "  96", "  176 ", "  192 "};
 constexpr std::array<const char*, 3> kSampleSizes{" 16 ", " 20 ", " 24 "};
 constexpr std::array<const char*, 7> kSpeakers{" FL/FR", " LFE", " FC", " RL/RR", " RC", " FLC/FRC", " RLC/RRC"};
@@ -58,7 +58,7 @@ std::uint8_t ParsingVideoDATABlock(std::uint16_t* crc, std::uint8_t offset) {
         return result;
     }
     // The descriptors are reported in groups of at most 8. A block without descriptors counts as one empty group, which
-    // also clears the list.
+    // also clears EdidVFmts.
     unsigned consumed = 0;
     do {
         std::array<std::uint8_t, kVideoGroup> bytes{};

@@ -1,4 +1,4 @@
-// The extension blocks: their number and kind, and the CEA-861 extension with its HDMI signature.
+// Extension blocks: finds them, and parses the CEA-861 extension and its HDMI signature.
 
 #include "edid/EDIDParse.h"
 #include "kova/formats.h"
@@ -18,7 +18,7 @@ constexpr unsigned kSecondBlock = 128;
 constexpr std::uint8_t kCEATag = 0x02;
 constexpr std::uint8_t kBlockMapTag = 0xF0;
 
-// Offsets within a CEA block. The data block collection ends where the detailed timings start.
+// Offsets in a CEA block. Byte 2 holds the offset of the detailed timings. The data block collection ends there.
 constexpr unsigned kTimingsOffset = 2;
 constexpr unsigned kCapabilitiesOffset = 3;
 constexpr unsigned kCollectionOffset = 4;
@@ -30,7 +30,8 @@ constexpr std::array<std::uint8_t, 3> kHdmiOui{0x03, 0x0C, 0x00}; // IEEE OUI 0x
 constexpr std::uint8_t kUnderscan = 0x80;
 constexpr std::uint8_t kBasicAudio = 0x40;
 
-// Bits 5 and 4 of the capabilities say which formats the sink accepts besides RGB. They decide what the transmitter sends.
+// One row for each value of bits 5..4 of the capabilities: the text that names the colour formats of the sink, the
+// OutVideoMode for this sink, and the text that reports this choice.
 struct Colours {
     const char* supported;
     VideoMode mode;
@@ -53,7 +54,8 @@ std::uint8_t ReadByte(unsigned address, std::uint8_t* byte, std::uint16_t* crc) 
     return ReadAndFeedEDID(address, std::span(byte, 1), crc);
 }
 
-// The address is not reduced to 8 bits here, only where it is read. So a loop over addresses always reaches its end.
+// Returns the address of the next data block. The address does not wrap at 8 bits, so every walk reaches its end. Only
+// a read reduces the address to 8 bits.
 constexpr unsigned Next(unsigned address, std::uint8_t header) { return address + DataBlockLength(header) + 1; }
 
 std::uint8_t ParseDataBlock(std::uint8_t header, std::uint8_t offset, std::uint16_t* crc) {
@@ -125,9 +127,9 @@ std::uint8_t NewSearchForVendorSpecificBlock(std::uint8_t* address, std::uint16_
 
 std::uint8_t NewCheckHDMISignature(std::uint8_t* err, std::uint16_t* crc) {
     std::fputs(" \n\r[Read EDID] NewCheckHDMISignature()", stderr);
-    // The result of the search is not used. If the search failed, it found no block, and the signature is compared with
-    // the bytes at the start of the segment. These are the header in block 0. In a CEA block they are the revision, the
-    // offset of the timings and the capabilities.
+    // The result of the search is not checked. A failed search leaves the address 0, like a search that finds no block.
+    // The signature is then compared with bytes 1 to 3 of the segment. In segment 0 these are bytes of the EDID header.
+    // In other segments these are the revision, the timings' offset and the capabilities of the CEA block.
     std::uint8_t address = 0;
     NewSearchForVendorSpecificBlock(&address, crc);
 

@@ -1,4 +1,4 @@
-// The timings of block 0, and the detailed timings of all blocks. (E-EDID 1.3)
+// Parses the timings of block 0, and single detailed timings of any block (E-EDID 1.3).
 
 #include "edid/EDIDParse.h"
 #include "kova/formats.h"
@@ -55,7 +55,7 @@ constexpr std::array<NativeFormat, 16> defNativeDVIFrmt{{
 constexpr unsigned High(std::uint8_t byte) { return byte >> 4; }
 constexpr unsigned Low(std::uint8_t byte) { return byte & 0x0FU; }
 
-// Joins a number of 12 or 10 bits. Its upper bits are in another byte.
+// Joins the upper 4 or 2 bits of a number with its lower byte. The descriptor stores them in different bytes.
 constexpr unsigned Join(unsigned upper, std::uint8_t lower) { return upper << 8 | lower; }
 
 struct Active {

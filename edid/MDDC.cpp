@@ -11,7 +11,7 @@ namespace {
 
 // Page 0
 constexpr std::uint8_t kAbortEnd = 0xEC;
-constexpr std::uint8_t kRequest = 0xED; // the first of the registers up to kCommand, which take an MDDCRequest
+constexpr std::uint8_t kRequest = 0xED; // first of the seven registers of an MDDCRequest
 constexpr std::uint8_t kSegment = 0xEE;
 constexpr std::uint8_t kStatus = 0xF2;
 constexpr std::uint8_t kCommand = 0xF3;
@@ -20,7 +20,7 @@ constexpr std::uint8_t kFifo = 0xF4;
 // Bits of kStatus
 constexpr std::uint8_t kInProgress = 0x10;
 
-// Commands for kCommand
+// Values of kCommand
 constexpr std::uint8_t kPrepare = 0x09;
 constexpr std::uint8_t kRead = 0x02;
 constexpr std::uint8_t kReadSegment = 0x04;
@@ -38,7 +38,8 @@ std::uint8_t Start(const MDDCRequest& request) {
     return BlockWriteHDMITXP0(kRequest, registers.size(), registers.data());
 }
 
-// Polls without a delay. Each read of the status is a call of the driver, and that takes time enough.
+// Reads the status until the transfer has ended. Returns false after a time-out. The loop needs no delay, because each
+// read is a driver call and takes time.
 bool Completes(const MDDCRequest& request) {
     auto budget = static_cast<std::uint8_t>(request.countLow + kPollsBeyondCount);
     while ((HDTX_RegRead(HDTX_SLV0, kStatus) & kInProgress) != 0) {
@@ -66,7 +67,7 @@ std::uint8_t Finish(bool completed) {
     return state;
 }
 
-// Forgets the caller's buffer after a transfer, since the buffer may not outlive the call.
+// Clears the buffer pointer after a transfer, because the caller's buffer may no longer exist later.
 std::uint8_t ReleaseBuffer(std::uint8_t result) {
     TmpD.data = nullptr;
     return result;
@@ -134,7 +135,7 @@ std::uint8_t BlockReadEDID(std::uint8_t count, std::uint8_t offset, std::uint8_t
             .countLow = count,
             .countHigh = 0,
             .status = 0,
-            // A monitor without further segments may not know the segment pointer, so segment 0 is read without it.
+            // Segment 0 is read without the segment pointer, because a monitor without segments may not support it.
             .command = segment != 0 ? kReadSegment : kRead,
             .data = buffer};
     return ReleaseBuffer(BlockRead_MDDC(&TmpD));

@@ -1,62 +1,68 @@
 #pragma once
-// The sink capability reader. It reads the monitor's EDID over the transmitter's DDC master, reports the contents on
-// standard error, and stores the results below. Only one thread may use it: the thread that runs the transmitter's handlers.
+// The sink capability reader. It reads the monitor's EDID through the transmitter's DDC master, prints what it finds on
+// standard error and stores the results in the variables below. An application includes this header to use the reader.
+//
+// Only one thread may call these functions: the thread that runs the transmitter's handlers. The reader uses no lock.
 
 #include "MDDC.h" // DDC transfers, reading of raw EDID bytes
 
 #include <cstdint>
 
-/// Why a parse did not find an HDMI sink. A failed transfer is not one of these codes but a result of ParseEDID.
+/// Why a parse found no HDMI sink. A failed transfer has no code here: it is the result of ParseEDID.
 enum EDIDErrCode : std::uint8_t {
-    EDID_ERR_HEADER = 8,        ///< block 0 does not start with the EDID header
-    EDID_ERR_VERSION = 9,       ///< not EDID version 1.3 or a later 1.x
-    EDID_ERR_CHECKSUM = 10,     ///< a block's bytes do not add up to 0
-    EDID_ERR_NO_EXTENSION = 12, ///< no extension block, so a DVI sink; the timings of block 0 were parsed
-    EDID_ERR_NOT_HDMI = 13,     ///< no HDMI vendor-specific data block
-    EDID_ERR_BLOCK_MAP = 14,    ///< several extensions, but block 1 is not a block map
+    EDID_ERR_HEADER = 8,        ///< Block 0 does not start with the EDID header.
+    EDID_ERR_VERSION = 9,       ///< The EDID version is not 1.3 or a later 1.x.
+    EDID_ERR_CHECKSUM = 10,     ///< The sum of a block's bytes is not 0, modulo 256.
+    EDID_ERR_NO_EXTENSION = 12, ///< The EDID has no extension block, so the sink is a DVI sink.
+    EDID_ERR_NOT_HDMI = 13,     ///< The extension block has no HDMI signature, so the sink is a DVI sink.
+    EDID_ERR_BLOCK_MAP = 14,    ///< There are several extension blocks, but block 1 is not a block map.
 };
 
-/// The OutMode of an HDMI sink. A DVI sink has 0.
+/// OutMode of an HDMI sink. A DVI sink has 0.
 inline constexpr std::uint8_t EDID_OUTMODE_HDMI = 2;
 
-/// The result of one parse.
+/// Result of one parse.
 struct EDIDParseResult {
-    std::uint8_t ErrCode; ///< 0 if no error was found, else an EDIDErrCode
-    std::uint8_t OutMode; ///< EDID_OUTMODE_HDMI, or 0 for DVI
-    std::uint16_t CRC16;  ///< CRC of the bytes read; two parses of the same EDID give the same CRC
+    std::uint8_t ErrCode; ///< 0 when the sink can be used as parsed, else an EDIDErrCode.
+    std::uint8_t OutMode; ///< EDID_OUTMODE_HDMI for an HDMI sink, 0 for a DVI sink.
+    std::uint16_t CRC16;  ///< CRC of the bytes read. Two parses of the same EDID give the same CRC.
 };
 
 // ---- Results ----
-// A parse that ends early leaves some of these as the parse before set them. A parse also sets OutVideoMode
-// (kova/formats.h).
+// Each variable keeps its value until a later parse writes it. A parse also writes OutVideoMode (kova/formats.h).
 
-extern std::uint8_t gbExtensionBlockExist;      ///< 1 if the EDID has an extension block
-extern std::uint8_t gbVendorSpecificBlockExist; ///< 1 if the CEA block has a vendor-specific data block
-extern std::uint16_t gwCECPhysicalAddr;         ///< CEC physical address, 0 if it could not be read
-extern std::uint8_t gbMonCap;                   ///< capability byte of the CEA block
-extern std::uint8_t gbNativeVIC;     ///< native format of a DVI sink: 2 to 17, 24 for none; 0 after a CEA block
-extern std::uint8_t gbNativeVICtemp; ///< CEA-861 code of the last video format marked native, 0 for none
+extern std::uint8_t gbExtensionBlockExist;      ///< 1 when the EDID has an extension block, else 0.
+extern std::uint8_t gbVendorSpecificBlockExist; ///< 1 when the CEA block has a vendor-specific data block, else 0.
+extern std::uint16_t gwCECPhysicalAddr;         ///< CEC physical address. 0 when it could not be read.
+extern std::uint8_t gbMonCap;                   ///< Capability byte of the CEA block (offset 3).
+extern std::uint8_t gbNativeVIC;     ///< Output format of a DVI sink: 2 to 17, 24 for none. 0 after a CEA block.
+extern std::uint8_t gbNativeVICtemp; ///< CEA-861 code of the last video format marked native. 0 for none.
 
 // ---- Parse and accessors ----
 
-/// Reads and parses the sink's EDID: the base block, then the CEA-861 extension. Segment 0 must be selected before
-/// (0x72:0xEE), and is selected afterwards. If another segment is selected at the end of the parse, because it was so
-/// before or because a read of the segment register failed, the parse fails.
-/// @param result  filled in as far as the parse came; valid if 0 is returned
-/// @return 0, or the result of the transfer that failed (see MDDC.h)
+/// Reads and parses the sink's EDID: block 0 first, then its CEA-861 extension. Prints a report on standard error.
+/// Segment 0 must be selected (0x72:0xEE = 0) before the call. It is selected again at the end.
+/// @param result  receives the result of the parse. It is valid only when the function returns 0.
+/// @return 0 when every transfer succeeded, also when ErrCode is not 0. Otherwise the result of the transfer that
+///         failed (see MDDC.h). MDDC_ERROR_BIT6 also when the parse ended in another segment than 0. This happens when
+///         another segment was selected before the call, or when a read of 0x72:0xEE failed.
 std::uint8_t ParseEDID(EDIDParseResult* result);
 
-/// Hands out the CEC physical address.
-/// @param address  receives the address, or 0 if the last parse found no vendor-specific data block
-/// @return 1 if there is an address, else 0
+/// Returns the CEC physical address.
+/// @param address  receives gwCECPhysicalAddr when gbExtensionBlockExist and gbVendorSpecificBlockExist are both set,
+///                 otherwise 0
+/// @return 1 when both are set, else 0
 std::uint8_t ReturnCECPhyAddr(std::uint16_t* address);
 
-/// Hands out the short video descriptors of the last group, as the monitor sent them. The number of them, which is that of
-/// the last group with a native format, is reported on standard error.
-/// @param destination  room for 8 bytes   @param count  receives the number of bytes copied
+/// Copies the short video descriptors of the last group that was parsed, as the monitor sent them. A group has at most
+/// 8 descriptors of one byte. Prints the number of bytes on standard error.
+/// @param destination  room for 8 bytes
+/// @param count  receives the number of bytes copied. This is the size of the last group that had a native descriptor.
+///               That group can be an earlier one than the copied group.
 void LoadSupportHDMIVideoOut(std::uint8_t* destination, std::uint8_t* count);
 
-/// @return gbNativeVIC without its top bit. The value is also reported on standard error.
+/// Prints bits 6..0 of gbNativeVIC on standard error.
+/// @return bits 6..0 of gbNativeVIC
 std::uint8_t GetEDIDNativeVIC();
 
 /// Stores gbNativeVIC in *vic.
