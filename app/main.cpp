@@ -10,25 +10,29 @@
 
 namespace {
 
-// Tells which version a built console is: strings kova-console | grep '^kova-console '
+// Shows the version of a built console to this command: strings kova-console | grep '^kova-console '
 [[gnu::used, gnu::retain]] constexpr char kVersion[] = "kova-console " KOVA_VERSION; // NOLINT(modernize-avoid-c-arrays)
 
 std::array<char, BUFSIZ> outputBuffer;
 std::array<char, BUFSIZ> inputBuffer;
 
-// Line buffered whatever standard output is, so that a log shows every line at once and in order with standard error.
-// Buffers of our own keep stdio from allocating.
+// Makes standard output line buffered, also when it is a file or a pipe. A log then shows every line at once, and in
+// the right order with the lines of standard error. The two static buffers keep stdio from allocating memory.
 void SetUpStreams() {
     std::setvbuf(stdout, outputBuffer.data(), _IOLBF, outputBuffer.size());
     std::setvbuf(stdin, inputBuffer.data(), _IOFBF, inputBuffer.size());
 }
 
-// Closes the device node and ends the process at once, whatever the loop thread is doing. Standard output stays locked
-// from before the closing to the end of the process. The loop thread's next transfer fails, since the node is closed,
-// and the thread then waits for that lock instead of printing an error. If the loop thread holds the lock already,
-// nobody may be reading its output: the process then ends without waiting, and the kernel closes the node.
-[[noreturn]] void End() {
-    // Input that was not executed stays in a file of commands, for the program that reads the file next.
+// Closes the device node and ends the process at once, without waiting for the loop thread.
+//
+// Standard output is locked before the node is closed and stays locked. The loop thread's next transfer then fails, and
+// the thread waits for the lock instead of printing an error.
+//
+// The loop thread itself can hold the lock, for example when nothing reads its output. The process then ends without
+// waiting for the lock, and the kernel closes the node.
+[[noreturn]] void CloseAndExit() {
+    // When standard input is a file, this moves its position back to the end of the last executed command. A program
+    // that reads the same file next then gets the commands that were not executed.
     std::fflush(stdin); // cppcheck-suppress fflushOnInputStream ; POSIX defines this
     if (ftrylockfile(stdout) == 0) {
         close_kova();
@@ -40,9 +44,10 @@ void SetUpStreams() {
     _exit(0);
 }
 
-// The kernel may lengthen every sleep by the thread's timer slack, 50 µs by default: half of the pause before a video
-// processor transfer. Without the smaller slack everything works, only slower, so a failure does not matter.
-void SharpenPauses() {
+// Sets the thread's timer slack to 1 µs. The kernel can lengthen every sleep by the timer slack. The default of 50 µs
+// is half of the pause before each video processor transfer. The program also works with the default, but more slowly.
+// The result of the call is therefore not checked.
+void ReduceTimerSlack() {
     constexpr unsigned long kSlackNanoseconds = 1000;
     prctl(PR_SET_TIMERSLACK, kSlackNanoseconds, 0UL, 0UL, 0UL);
 }
@@ -51,7 +56,7 @@ void SharpenPauses() {
 
 int main() {
     SetUpStreams();
-    SharpenPauses();
+    ReduceTimerSlack();
     if (open_kova() < 0) {
         const int reason = errno;
         std::fputs("kova_310 driver open fail \n", stdout);
@@ -62,5 +67,5 @@ int main() {
     }
     std::fputs("kova_310 driver open success \n", stdout);
     RunShell();
-    End();
+    CloseAndExit();
 }
