@@ -10,13 +10,15 @@ namespace {
 
 using Access = Board;
 
-TEST_F(Access, FailedRequestsAndUnknownPagesGiveMinusOne) {
-    EXPECT_EQ(write_hdmi(0x73, 1, 2) + read_hdmi(0xDC, 1), -2);
+TEST_F(Access, FailedAccessReturnsMinusOne) {
+    // An address that selects no register page gives -1 without a request.
+    EXPECT_EQ(write_hdmi(0x73, 1, 2), -1);
+    EXPECT_EQ(read_hdmi(0xDC, 1), -1);
     EXPECT_EQ(Journal(), "");
     for (const int result : {1, -1}) {
         Quietly([result] {
-            for (const int came : {write_kova(s_fd, 1, 0, 0), write_hdmi(0x7A, 1, 1), read_hdmi(0x7A, 1)}) {
-                EXPECT_EQ(came, result);
+            for (const int returned : {write_kova(s_fd, 1, 0, 0), write_hdmi(0x7A, 1, 1), read_hdmi(0x7A, 1)}) {
+                EXPECT_EQ(returned, result);
             }
             EXPECT_EQ(read_kova(s_fd, 4, 0, 0), result == 1 ? 0x8300 : -1); // the register's high byte comes first
         });
@@ -42,11 +44,11 @@ TEST_F(Access, NodeNeverReplacesClosedStandardStreams) {
         for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
             close(stream);
         }
-        const bool apart =
-            open_kova() > STDERR_FILENO && read(STDIN_FILENO, nullptr, 0) == 0; // standard input is open and empty
+        // Standard input is open again, on an empty file.
+        const bool separate = open_kova() > STDERR_FILENO && read(STDIN_FILENO, nullptr, 0) == 0;
         const int node = s_fd;
         close_kova();
-        std::_Exit(apart && fcntl(node, F_GETFD) == -1 ? 0 : 1);
+        std::_Exit(separate && fcntl(node, F_GETFD) == -1 ? 0 : 1);
     };
     EXPECT_EXIT(reopen(), testing::ExitedWithCode(0), "");
 }
@@ -85,7 +87,7 @@ TEST_F(Access, FieldsKeepOtherBits) {
         EXPECT_EQ(KOVA_RegField(0x400, c.pos, c.width, c.data), 0);
         EXPECT_EQ(sim::KovaRegister(0x400), c.expected);
     }
-    // The transmitter's fields are not checked. A width of 0 rewrites the register unchanged. Bits above bit 7 are lost.
+    // Position and width of a transmitter field are not checked. A width of 0 rewrites the register unchanged. Bits above bit 7 are lost.
     using Tx = Case<std::uint8_t>;
     for (const Tx& c : {Tx{0x0F, 4, 2, 0x3, 0x3F}, Tx{0xFF, 4, 2, 0x0, 0xCF}, Tx{0x5A, 3, 0, 0x7, 0x5A},
                         Tx{0x12, 0, 8, 0xEE, 0xEE}, Tx{0x00, 6, 4, 0xF, 0xC0}, Tx{0x5A, 255, 255, 0xFF, 0x5A}}) {

@@ -53,7 +53,7 @@ Parsed Parse(
     atTransfer = hook;
     reads.clear();
     CEAOnFisrtPage = 1;                                                        // the value that a failed parse leaves
-    gbExtensionBlockExist = OutVideoMode = gbNativeVIC = gbNativeVICtemp = 99; // values that the parse must set
+    gbExtensionBlockExist = OutVideoMode = gbNativeVIC = gbNativeVICtemp = 99; // the outcome prints these
     Parsed parsed;
     std::uint8_t transfer = 0xFF;
     parsed.report = HideLineNumbers(Capture([&] { transfer = ParseEDID(&parsed.record); }).err);
@@ -73,9 +73,8 @@ using Edid = Board;
 
 // clang-format off
 TEST_F(Edid, ReportsTimingsOfDviMonitor) {
-    // A detailed timing after a descriptor that is none: interlaced, H 1281 + 370, V 719 + 30, syncs 111 + 300 and
-    // 37 + 50, 530 x 300 mm,
-    // borders 1 and 2. Its first bytes are read twice and added to the CRC twice.
+    // Descriptor 0 is not a detailed timing. Descriptor 1 is this one: interlaced, H 1281 + 370, V 719 + 30, syncs
+    // 111 + 300 and 37 + 50, 530 x 300 mm, borders 1 and 2. Its bytes 2 and 3 are read and added to the CRC twice.
     const Bytes timing{1, 29, 1, 0x72, 0x51, 0xCF, 30, 0x20, 111, 0x2C, 0x52, 0x1B, 0x12, 0x2C, 0x21, 1, 2, 0xE0};
     Base base{.established = {0xA1, 0x11, 0xFF},
               .standard = {0x81, 0xC0, 1, 1, 0x01, 0x40, 0xFF, 0xBF, 1, 2, 1, 1, 1, 1, 1, 1},
@@ -83,7 +82,7 @@ TEST_F(Edid, ReportsTimingsOfDviMonitor) {
     const Parsed parsed = Parse(base.Build());
     log << parsed.outcome << reads << '\n' << parsed.report << '\n';
     base = {.established = {0x5E, 0xEE, 0}}; // the other established timings
-    log << Parse(base.Build()).report << '\n' << Parse(Bytes{1, 2, 3, 4, 5, 6, 7, 0xF8}).report; // a block without the EDID header
+    log << Parse(base.Build()).report << '\n' << Parse(Bytes{1, 2, 3, 4, 5, 6, 7, 0xF8}).report; // not an EDID header
 }
 
 TEST_F(Edid, ReportsCeaBlockBehindBlockMap) {
@@ -115,11 +114,11 @@ TEST_F(Edid, ReportsCeaBlockBehindBlockMap) {
 }
 
 struct Case {
-    std::string what;
+    std::string name;
     Bytes edid;
 };
 
-TEST_F(Edid, KindOfMonitor) {
+TEST_F(Edid, MonitorKindIsRecognised) {
     const Bytes hdmi = Cea(0x50, Hdmi()), plain = Cea(0x50, Video({1})), other = Other(0x40);
     const Bytes one = Base{.extensions = 1}.Build(), two = Join({Base{.extensions = 2}.Build(), BlockMap()});
     const auto with = [](Bytes edid, std::size_t at, std::uint8_t value) {
@@ -148,34 +147,34 @@ TEST_F(Edid, KindOfMonitor) {
         {"signature by chance", Join({two, Cea(0, Bytes(8)), other})}};
     for (const Case& c : cases) {
         const std::string outcome = Parse(c.edid).outcome;
-        log << c.what << std::string(22 - c.what.size(), ' ') << outcome;
-        EXPECT_EQ(Parse(c.edid).outcome, outcome) << c.what;
+        log << c.name << std::string(22 - c.name.size(), ' ') << outcome;
+        EXPECT_EQ(Parse(c.edid).outcome, outcome) << c.name;
     }
 }
 
-TEST_F(Edid, AnyTimingOffsetEndsTheParse) {
+TEST_F(Edid, ParseHandlesAnyTimingsOffset) {
     const auto monitor = [](std::uint8_t timings, const Bytes& rest) {
         return Join({Base{.extensions = 1}.Build(), Block(Join({{2, 3, timings, 0}, rest}))});
     };
     const Bytes builtIn(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end());
     const Bytes hdmi = Hdmi(), video = Video({1}), t = edid::Hd720(), timings = Join({t, t, t, t, t, t});
     const std::vector<Case> cases{
-        // Without a data block collection the search does not print its two lines. With an empty collection it does.
         {"built in", builtIn},
+        // The search finds no HDMI block when the timings start at offset 4 or below.
         {"HDMI, 0", monitor(0, hdmi)}, {"HDMI, 1", monitor(1, hdmi)}, {"HDMI, 2", monitor(2, hdmi)},
         {"HDMI, 3", monitor(3, hdmi)}, {"HDMI, 4", monitor(4, hdmi)},
-        // The collection is not read then. If the offset is below 4, the first data block is read.
+        // Parsed alone, the collection is empty at offset 0 or 4. At 1, 2 and 3 its first data block is read.
         {"video, 0", monitor(0, video)}, {"video, 1", monitor(1, video)}, {"video, 2", monitor(2, video)},
         {"video, 3", monitor(3, video)}, {"video, 4", monitor(4, video)}, {"video, 5", monitor(5, video)},
         // An HDMI block that is longer than the collection ends it. The first timing begins inside that block.
         {"HDMI, 6", monitor(6, hdmi)},
-        // The loop goes on beyond the block and beyond the segment, where the address wraps. The address shows where it ended.
+        // The search goes past the end of the block. At the end of the segment its address wraps to 0.
         {"nothing, 255", Join({Base{.extensions = 1, .descriptors = {}}.Build(), Block({2, 3, 255, 0})})},
         // Timings up to the end of the block and beyond. The first timing that begins above 108 is the last one.
         {"timings to 109", monitor(19, Join({hdmi, Bytes(9), timings}))},
         {"timings to 108 and then at 126", monitor(18, Join({hdmi, Bytes(8), timings}))}};
     for (const Case& c : cases) {
-        log << c.what << ": " << Parse(c.edid).outcome << reads;
+        log << c.name << ": " << Parse(c.edid).outcome << reads;
         reads.clear();
         std::uint16_t crc = 0;
         Quietly([&] { ParsingCEADataBlockCollection(&crc); });
@@ -196,7 +195,7 @@ TEST_F(Edid, FailedReadEndsTheParse) {
         for (std::size_t k = Parse(c.edid).reads; k > 0; --k) {
             const Parsed parsed = Parse(c.edid, [k](std::uint32_t n) { sim::SetDdcError(n == k ? 0x20 : 0); });
             const Parsed late = Parse(c.edid, [k](std::uint32_t n) { sim::SetDdcBusy(n == k ? 1000 : 0); });
-            const std::string line = c.what + ", late: " + kind(late) + "\n    failed: \""
+            const std::string line = c.name + ", late: " + kind(late) + "\n    failed: \""
                                    + parsed.report.substr(parsed.report.find_last_of("\r\n") + 1) + "\" " + kind(parsed);
             log << (line != last ? line + '\n' : ""); // the same line of several reads in a row is logged once
             last = line;
@@ -250,7 +249,8 @@ TEST_F(Edid, ParseSurvivesDamagedEdids) {
     for (unsigned i = 0; i < 300; ++i) {
         Bytes input = Join({Bytes(4), monitors[i % monitors.size()]}); // a DDC channel without faults
         for (unsigned mutations = i % 8; mutations > 0; --mutations) {
-            // Every second change is at a place of a fault, tag, length or offset.
+            // Every second mutation changes one of the four bytes that set the faults. The others change one of the first
+            // 24 bytes of a block, where tags, lengths and offsets are, or any byte if the input is too short.
             const std::size_t at = mutations % 2 == 0 ? random() % 4 : 4 + 128 * (random() % 4) + random() % 24;
             input[at < input.size() ? at : random() % input.size()] = static_cast<std::uint8_t>(random());
         }

@@ -123,7 +123,7 @@ TEST_F(RegisterMap, ValuesAfterInit) {
     }
 }
 
-TEST_F(RegisterMap, NamesAreTheCodes) {
+TEST_F(RegisterMap, MapAndCodeUseSameNames) {
     const std::set<std::string> map = WordsOf(ReadText(Top() / "docs/registers.md"));
     std::string code;
     for (const char* const folder : {"kova", "hdmitx", "edid"}) {

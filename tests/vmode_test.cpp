@@ -4,7 +4,7 @@
 namespace {
 
 // The table was checked when it was written. This sum changes if any field changes.
-TEST(VModeTables, EveryFieldStaysAsItIs) {
+TEST(VModeTables, EveryFieldIsUnchanged) {
     std::uint32_t sum = 0;
     for (const VModeRow& r : VModeTables) {
         for (const unsigned value :
