@@ -80,7 +80,8 @@ protected:
     /// The writes of the journal since the last call.
     static std::string Writes() { return JournalWith(" w "); }
 
-    /// Adds an operation to the log: its name, its reports, and its transfers, or those that contain a text.
+    /// Adds an operation to the log: its name, its messages and its transfers. If a text is given, only the journal lines
+    /// that contain the text are added.
     template <typename Operation>
     void Log(const std::string& name, Operation operation, const std::string& with = "") {
         Transfers();
@@ -89,9 +90,10 @@ protected:
         log << "== " << name << '\n'
             << said << (said.empty() ? "" : "\n") << transfers << (transfers.empty() ? "" : "\n");
     }
-    /// Transfers in a short form: "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u". The kind stands where it
-    /// differs from the kind before. Neighbouring registers have one address. "u" is a local update. Long lines are
-    /// wrapped.
+    /// Transfers in a short form: "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u". The kind ("kova w") is
+    /// written only where it changes. Registers that follow each other have one address. "u" is a local update. Long
+    /// lines are wrapped.
+    /// @param kind  the kind that the first transfer is compared with
     static std::string Packed(const std::string& journal, std::string kind = "") {
         std::string text;
         std::size_t start = 0;

@@ -52,7 +52,7 @@ TEST_F(Faults, StartUpSurvivesAnyFailedRequest) {
     const std::vector<unsigned> registers = Registers();
     ASSERT_GT(requests, 1800U);
     for (std::uint32_t failing = requests; failing > 0; --failing) {
-        // The device ID is read until it comes.
+        // The device ID is request 1. It is read again until the read succeeds.
         EXPECT_EQ(Try(failing, startUp), requests + (failing == 1 ? 1 : 0)) << failed;
         EXPECT_LE(Changed(registers), 1) << failed;
     }
@@ -84,16 +84,17 @@ TEST_F(Faults, LoopSurvivesAnyFailedRequest) {
     plug(0, kAgain);
     const std::vector<unsigned> registers = Registers();
     unplug(kAgain);
-    std::string others;
+    std::string wrong;
     for (std::uint32_t failing = 1; failing <= requests; ++failing, unplug(kAgain)) {
         plug(failing, kAgain);
         if (OutputState != OUTPUT_HDMI || (sim::TxRegister(sim::Page::Hdmi1, 0x08) & 1) == 0
             || Changed(registers) > 1) {
-            others += failed + ": state " + std::to_string(OutputState) + "\n";
+            wrong += failed + ": state " + std::to_string(OutputState) + "\n";
         }
     }
-    // The CRC has 13 effective bits. This damaged read has the same CRC as the good one: DVI until the next plug.
-    EXPECT_EQ(others, "hdmi1 r f4 00: state 5\n");
+    // The CRC has 13 effective bits. If this read fails, the wrong EDID has the same CRC as the good EDID, so the output
+    // stays DVI until the next hot plug.
+    EXPECT_EQ(wrong, "hdmi1 r f4 00: state 5\n");
 }
 
 } // namespace

@@ -14,7 +14,7 @@ TEST_F(InfoFrames, AviDescribesFormatColoursAndAspect) {
              Case{VIDOUT_1920x1080i60, YUV444_8, 0}, // BT.601, since the table has the lines of a field
              Case{VIDOUT_1920x1080p60, SEP422_8, 0}, Case{VIDOUT_1024x768p60, RGB444_8, 0},
              Case{VIDOUT_720x480i60, YUV444_8, 0},
-             Case{VIDOUT_1280x720p60, EMB422_8, 2}, // every mode but one counts as YCbCr 4:4:4
+             Case{VIDOUT_1280x720p60, EMB422_8, 2}, // only RGB444_8 and SEP422_8 do not count as 4:4:4
              Case{VIDOUT_720x480p60, RGB444_8, 2}, Case{VIDOUT_720x480p60, RGB444_8, 1},
              Case{VIDOUT_640x480p60, YUV444_8, 0}, // a PC timing is underscanned
              Case{23, RGB444_8, 0},                // a format without a timing

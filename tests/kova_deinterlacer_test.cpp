@@ -9,7 +9,7 @@ struct Setter {
     std::function<std::uint8_t(std::uint16_t)> set;
 };
 
-// NOLINTNEXTLINE(cppcoreguidelines-macro-usage): the name is wanted as text too
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage): the log needs the name as text
 #define NAMED(name)                                                                                                    \
     Setter { #name, KOVAAPI_##name }
 
@@ -24,7 +24,7 @@ protected:
         Transfers();
     }
 
-    /// What the driver stores of the caller's choices: uses, V2TAB, choices.
+    /// The choices of the caller that the driver stores, in one number: noise reduction uses, V2TAB, all other choices.
     static unsigned Kept() {
         return unsigned{stKOVADeint.nrUse} << 24 | unsigned{stKOVADeint.v2tab} << 16 | stKOVADeint.choices;
     }
@@ -133,7 +133,7 @@ TEST_F(KovaDeinterlacer, ModeForThePicture) {
         log << stKOVADstWIN << " shown as " << stKOVAViewWIN << " flags " << c.flags << " was " << int{c.state};
         NoteKept(KOVAAPI_SetDeinterMode(&src), "\n   ");
     }
-    // From a large picture to a small one.
+    // A large picture, then a small one, without new defaults between them.
     src.flags = VIDFLAG_8BIT;
     for (const auto& [width, viewH] : {std::pair{1280, 1024}, {720, 200}}) {
         stKOVADstWIN = {static_cast<std::uint16_t>(width), 480, 0, 0};

@@ -8,15 +8,15 @@ TEST_F(KovaFilters, SetsSwitchesAndValues) {
     const FilterSet8 eight{1, 2, 3, 4, 5, 6, 7, 0xFFFF};
     const FilterSet4 four{0x8000, 2, 3, 0xFFFF};
     for (const bool own : {false, true}) {
-        const FilterSet8* const of8 = own ? &eight : nullptr;
-        const FilterSet4* const of4 = own ? &four : nullptr;
-        Note(KOVAAPI_SetSurfaceFilterCoef(of4), "surface");
-        Note(KOVAAPI_SetPeakingFilterCoef(of8), "peaking");
-        Note(KOVAAPI_SetColorEnhFilterCoef(of4), "colour enhancement");
-        Note(KOVAAPI_SetFrontNRYFilterCoef(of8), "front NR, luma");
-        Note(KOVAAPI_SetFrontNRCFilterCoef(of4), "front NR, chroma");
-        Note(KOVAAPI_SetBWExtensionPoint(nullptr, of4), "B/W extension, out");
-        Note(KOVAAPI_SetBWExtensionPoint(of4, nullptr), "B/W extension, in");
+        const FilterSet8* const set8 = own ? &eight : nullptr;
+        const FilterSet4* const set4 = own ? &four : nullptr;
+        Note(KOVAAPI_SetSurfaceFilterCoef(set4), "surface");
+        Note(KOVAAPI_SetPeakingFilterCoef(set8), "peaking");
+        Note(KOVAAPI_SetColorEnhFilterCoef(set4), "colour enhancement");
+        Note(KOVAAPI_SetFrontNRYFilterCoef(set8), "front NR, luma");
+        Note(KOVAAPI_SetFrontNRCFilterCoef(set4), "front NR, chroma");
+        Note(KOVAAPI_SetBWExtensionPoint(nullptr, set4), "B/W extension, out");
+        Note(KOVAAPI_SetBWExtensionPoint(set4, nullptr), "B/W extension, in");
     }
     for (const auto enable :
          {KOVAAPI_EnableFrontNRYFilter, KOVAAPI_EnableFrontNRCFilter, KOVAAPI_EnableMedianFilter,

@@ -1,4 +1,5 @@
-// The video path update and the start-up sequence as a whole. The sessions compare each of their transfers.
+// The video path update as a whole, and the start values of the global variables. The recorded sessions compare every
+// transfer of the start-up sequence, which contains an update.
 
 #include "edid/EDIDParse.h"
 #include "tests/kova_driver.h"

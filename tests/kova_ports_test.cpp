@@ -26,7 +26,8 @@ TEST_F(KovaPorts, InvalidFormatOrModeChangesNothing) {
 static_assert(VIDSRC_720x576i50 == 1 && VIDSRC_1280x720p60 == 4 && VIDSRC_1920x1080i60 == 6
               && VIDSRC_1280x1024p60 == 11);
 
-// Every mode twice, every format, each option alone and none, with registers that hold zeros and ones.
+// Covers every mode twice, every format, each option alone and no option. Before each call all registers hold 0 or all
+// hold 0xFFFF.
 TEST_F(KovaPorts, InputModesFillRecordAndChip) {
     for (unsigned i = 0; i < 2 * kSrcModes; ++i) {
         const auto mode = static_cast<std::uint8_t>(i % kSrcModes), frmt = static_cast<std::uint8_t>(i % VIDSRC_COUNT);
@@ -87,8 +88,8 @@ TEST_F(KovaPorts, InterlacedYCbCrOutputWithAllOptions) {
 TEST_F(KovaPorts, OutputModesFillRecord) {
     for (std::uint8_t frmt = 0; frmt < VIDOUT_COUNT; ++frmt) {
         SyncTiming sync{};
-        const bool every = frmt == VIDOUT_720x480i60 || frmt == VIDOUT_1024x768p60 || frmt == VIDOUT_1920x1080i60;
-        for (std::uint8_t mode = 0; mode <= (every ? MUX656_10 : RGB444_8); ++mode) {
+        const bool everyMode = frmt == VIDOUT_720x480i60 || frmt == VIDOUT_1024x768p60 || frmt == VIDOUT_1920x1080i60;
+        for (std::uint8_t mode = 0; mode <= (everyMode ? MUX656_10 : RGB444_8); ++mode) {
             out = {.frmt = frmt, .mode = mode, .flags = 0xFFFF, .stActive = {1, 1, 7, 8}};
             EXPECT_EQ(KOVAAPI_SetOutPortMode(&out), 0);
             log << out.stActive << " mode " << int{mode} << " flags " << out.flags << " tmds " << int{out.tmds[0]}

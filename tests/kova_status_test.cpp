@@ -30,8 +30,7 @@ TEST_F(KovaStatus, StatusAndMeasurements) {
         log << name << ": lines " << Lines() << '\n' << Packed(Transfers()) << '\n';
     }
     sim::KovaRegister(0x4C0) = 0;
-    for (const std::uint16_t result :
-         Words{0x8106, 0x0106, 0x8FFF, 0xFFFF, 0xFFFE}) { // the value counts only with its valid bit
+    for (const std::uint16_t result : Words{0x8106, 0x0106, 0x8FFF, 0xFFFF, 0xFFFE}) { // bit 15: the result is valid
         sim::SetVideoInput({.hFrequency = result, .linesField1 = result, .linesField2 = 0xF001});
         log << result << ": frequency " << HFrequency() << ", lines " << Lines();
         sim::SetVideoInput({.linesField1 = 0x8106, .linesField2 = result});

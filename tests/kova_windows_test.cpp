@@ -57,7 +57,7 @@ TEST_F(KovaWindows, RoundingClipDecimationAndDestination) {
 
 TEST_F(KovaWindows, ScalerSetsLoadOnlyWhenNeeded) {
     KOVAPLLClock = 2;
-    stKOVADstWIN.h = 481; // half of which is 240 lines
+    stKOVADstWIN.h = 481; // 481 / 2 is 240 lines
     for (const unsigned viewH : {240U, 239U}) {
         for (const char* const time : {"first", "again"}) {
             stKOVAViewWIN.h = static_cast<std::uint16_t>(viewH);
@@ -72,8 +72,8 @@ TEST_F(KovaWindows, CallersScalerTables) {
         tables[i][0] = {-1, static_cast<std::int16_t>(i + 1)};
         tables[i][63] = {3, -4};
     }
-    for (const std::uint16_t lines :
-         Words{2, 0}) { // if the picture shrinks, the caller's tables are used horizontally only
+    // 2 lines are shown at less than half their height. In this case the vertical filters use the built-in table.
+    for (const std::uint16_t lines : Words{2, 0}) {
         stKOVADstWIN.h = lines;
         Note(KOVAAPI_SetMFCHYFilterCoef(&out, tables.data()), "horizontally of", lines);
         Note(KOVAAPI_SetMFCVYFilterCoef(&out, &tables[2]), "vertically of", lines);
@@ -83,7 +83,7 @@ TEST_F(KovaWindows, CallersScalerTables) {
     Journal();
     EXPECT_EQ(std::tuple(out.pMfcHY, out.pMfcHC, out.pMfcVY, out.pMfcVC),
               std::tuple(tables.data(), &tables[1], &tables[2], &tables[3]));
-    stKOVADstWIN.h = 0; // if it does not shrink, all tables are used
+    stKOVADstWIN.h = 0; // not shown at less than half its height, so all four tables are used
     Note(KOVAAPI_SetMFCFilterCoef(&out), "all four by way of the record");
 }
 

@@ -139,8 +139,7 @@ TEST_F(Loop, StoredInterruptsAreReportedOnce) {
         EXPECT_EQ(pending, expected) << irq;
     }
     sim::KovaRegister(0x0E) = sim::KovaRegister(0x14) = sim::KovaRegister(0x16) = 0xAA2A;
-    Log("7 with settings 1, 0, 1",
-        [] { EXPECT_EQ(KOVAAPI_EnableIRQ(7, 3, 2, 1), 0); }); // only bit 0 of a setting counts
+    Log("7 with settings 1, 0, 1", [] { EXPECT_EQ(KOVAAPI_EnableIRQ(7, 3, 2, 1), 0); }); // only bit 0 counts
     Log("16", [] { EXPECT_EQ(KOVAAPI_EnableIRQ(16, 0, 0, 1), 1); });
 }
 
