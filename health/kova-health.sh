@@ -285,7 +285,7 @@ END {
     for (i = 1; requests && i <= 6; ++i) {
         kind = part[i]
         if (errors[kind] > 0 || link == "requests") {
-            print "        " kind ": " errors[kind] + 0 (made[kind] ? " of " made[kind] : "") " requests failed"
+            print "        " kind ": " errors[kind] + 0 (made[kind] >= errors[kind] + 0 ? " of " made[kind] : "") " requests failed"
         }
         if (strange[kind] > 0) {
             print "        " kind ": " strange[kind] " of " made[kind] " requests were answered for register " \
