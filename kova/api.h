@@ -1,6 +1,6 @@
 #pragma once
-// The video processor driver. An application includes this header to use the driver. It includes the header of each
-// topic. It also declares the functions that open and close the device node for all drivers.
+// The video processor driver. An application includes this header to use the driver. This header includes the header of
+// each topic, and the header with the functions that open and close the device node for all drivers.
 
 #if __cplusplus <= 201703L
 #error "kova/api.h is C++20: compile with -std=c++20 or later"

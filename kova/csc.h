@@ -32,12 +32,13 @@ extern const std::array<std::int16_t, 256> KOVA_CscSinHue;
 
 // ---- Conversions ----
 
-/// Writes the input conversion to YCbCr: 0x40A to 0x418, 0x419. Uses the set to which the source record points. When
-/// the record points to none, the flags of both records select a built-in set.
+/// Writes the input conversion, whose result is YCbCr. Registers: 0x40A to 0x418, 0x419. Uses the set to which the
+/// source record points. When the record points to no set, the flags of both records select a built-in set.
 std::uint8_t KOVAAPI_SetCSCSrcVideo(const SrcVideoInfo* src, const OutVideoInfo* out);
 
-/// Applies the picture controls to the output conversion and writes the result: 0x472 to 0x480, 0x481. Uses the set to
-/// which the output record points. When the record points to none, the flags of both records select a built-in set.
+/// Applies the picture controls to the output conversion and writes the result. Registers: 0x472 to 0x480, 0x481. Uses
+/// the set to which the output record points. When the record points to no set, the flags of both records select a
+/// built-in set.
 std::uint8_t KOVAAPI_SetCSCOutVideo(const SrcVideoInfo* src, const OutVideoInfo* out);
 
 /// Stores coef in the source record and then calls KOVAAPI_SetCSCSrcVideo.
@@ -57,7 +58,7 @@ std::uint8_t KOVAAPI_SetPictureContrast(const SrcVideoInfo* src, OutVideoInfo* o
 std::uint8_t KOVAAPI_SetPictureSaturation(const SrcVideoInfo* src, OutVideoInfo* out, std::uint8_t value);
 std::uint8_t KOVAAPI_SetPictureHue(const SrcVideoInfo* src, OutVideoInfo* out, std::uint8_t value);
 
-// These three functions do the same, but only for an RGB output. With a YCbCr output they store and write nothing.
+// These three functions do the same for an RGB output. For a YCbCr output they do nothing.
 
 std::uint8_t KOVAAPI_SetRGBOffsetG(const SrcVideoInfo* src, OutVideoInfo* out, std::uint8_t value);
 std::uint8_t KOVAAPI_SetRGBOffsetB(const SrcVideoInfo* src, OutVideoInfo* out, std::uint8_t value);

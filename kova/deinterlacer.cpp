@@ -119,7 +119,7 @@ constexpr Field kNRFactorLevelB           {0x535,  0,  6};
 constexpr Field kHD3DAdp                  {0x53E, 14,  1};
 // clang-format on
 
-/// The code of the chip for each film mode.
+/// The code that is written to the chip for each film mode.
 constexpr std::array<std::uint16_t, 4> kFilmCodes{0, 5, 6, 4};
 
 bool IsInForce(const Override& override) { return ((stKOVADeint.state & override.bits) != 0) == override.whileSet; }

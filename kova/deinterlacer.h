@@ -19,8 +19,9 @@ std::uint8_t KOVAAPI_LoadDeintData();
 
 /// A step of the video path update. Uses the window sizes and the precision that earlier steps have decided. Forces
 /// high-definition mode for a stored picture wider than 1024 pixels at 8-bit precision, or wider than 768 pixels at
-/// 10-bit precision. Forces V2TAB when an interlaced picture is shown at less than half its height. Writes the choices
-/// of the caller again. Sets the caption position threshold to three quarters of the active height.
+/// 10-bit precision. Switches the mode off for any other picture. Gives KOVAAPI_EnableDeintHD3DAdp the same value.
+/// Forces V2TAB when an interlaced picture is shown at less than half its height. Writes the choices of the caller
+/// again. Sets the caption position threshold to three quarters of the active height.
 std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src);
 
 /// Sets the Y mode: 0x500 bits 15..14. 0x402 bit 15 becomes 1 for the value 2, and 0 for any other value.
@@ -28,7 +29,7 @@ std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src);
 std::uint8_t KOVAAPI_SetDeintYMode(std::uint16_t value);
 
 /// Switches fast motion (0x503 bit 15, may be overridden, see below) and next motion (0x501 bit 13).
-/// @param value  2 switches both on, 0 switches both off, any other value switches only next motion on
+/// @param value  2 switches both on. 0 switches both off. Any other value switches fast motion off and next motion on.
 std::uint8_t KOVAAPI_SetDeintFastMotion(std::uint16_t value);
 
 /// Sets the PD current motion threshold, 0x527 bits 6..0, and the PD current motion switch, 0x527 bit 7.
@@ -41,10 +42,12 @@ std::uint8_t KOVAAPI_EnableDeintHDMode(std::uint8_t on);
 
 // ---- Choices that the driver may override ----
 // While a setting is overridden, its setter writes the override value and ignores its argument. The choice made before
-// the override is kept. The driver writes it again when the override ends. The driver stores a choice without masking,
-// so a value above its range changes other stored choices.
+// the override is kept. When the override has ended, the next video path update writes this choice again.
+// KOVAAPI_EnableDeintNR does the same for the uses of noise reduction. The driver stores a choice without masking. A
+// film mode or a chroma mode above 3 therefore changes other stored choices.
 
-// Overridden in high-definition mode. Each line states the override value.
+// Overridden in high-definition mode. Each line states the override value. The film modes 0, 1, 2 and 3 are written as
+// the codes 0, 5, 6 and 4. Any other film mode is written as 0.
 std::uint8_t KOVAAPI_SetDeintCMode(std::uint16_t value);          ///< chroma mode, 0 to 3: 0x528 bits 7..6; override 1
 std::uint8_t KOVAAPI_SetDeintCurMotionThres(std::uint16_t value); ///< 0 to 255: 0x500 bits 7..0; override 255
 std::uint8_t KOVAAPI_EnableDeintFastMotion(std::uint8_t on);      ///< 0x503 bit 15; override off

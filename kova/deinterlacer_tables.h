@@ -1,5 +1,5 @@
 #pragma once
-// The values that the driver loads into the registers of the deinterlacer first.
+// The default values of the registers of the deinterlacer. KOVAAPI_LoadDeintData writes them.
 
 #include <array>
 #include <cstdint>

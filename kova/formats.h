@@ -83,11 +83,11 @@ constexpr bool IsHdOutFormat(unsigned frmt) { return frmt >= VIDOUT_1280x720p60 
 enum VideoFlag : std::uint16_t {
     VIDFLAG_YCBCR = 0x0001,       ///< set: YCbCr; clear: RGB
     VIDFLAG_422 = 0x0002,         ///< 4:2:2
-    VIDFLAG_8BIT = 0x0004,        ///< 8-bit data. In the source record also: the frame memory must use 8-bit precision.
+    VIDFLAG_8BIT = 0x0004,        ///< 8-bit data. Also set in the source record when the frame memory uses 8 bits.
     VIDFLAG_PROGRESSIVE = 0x0008, ///< set: progressive scan; clear: interlaced
     VIDFLAG_VSYNC_HIGH = 0x0010,  ///< output only: vertical sync is active high
     VIDFLAG_HSYNC_HIGH = 0x0020,  ///< output only: horizontal sync is active high
-    VIDFLAG_TABLE_OUT = 0x0100,   ///< output only, set in every row of the table. Set: 0x498 gets 0x4D; clear: 0x4C.
+    VIDFLAG_TABLE_OUT = 0x0100,   ///< output only, set in every table row. 0x498 is 0x4D with the flag, else 0x4C.
     VIDFLAG_HD = 0x4000,          ///< high-definition colorimetry
     VIDFLAG_PORT_A = 0x8000,      ///< source only, set: port A; clear: port B
 };
@@ -107,7 +107,7 @@ enum OutAux : std::uint16_t {
     OUTAUX_VACT_INVERT = 0x0004,   ///< V active inverted
     OUTAUX_HACT_INVERT = 0x0008,   ///< H active inverted
     OUTAUX_DE_MODE1 = 0x0010,      ///< data enable mode 1
-    OUTAUX_DE_MODE0 = 0x0020,      ///< data enable mode 0. Mode 2 when neither of the two bits is set.
+    OUTAUX_DE_MODE0 = 0x0020,      ///< data enable mode 0. When neither of the two bits is set, the mode is 2.
     OUTAUX_DAC_PBPR_SWAP = 0x0200, ///< Pb and Pr swapped at the DAC
     OUTAUX_DIG_CBCR_SWAP = 0x8000, ///< Cb and Cr swapped at the digital output
 };
@@ -140,7 +140,7 @@ constexpr std::uint16_t DelayValue(const ClockDelay& delay) {
 
 /// Frame memory configuration.
 struct MemoryConfig {
-    std::uint8_t select; ///< register 0x012 bits 1..0: 0 for zero, 3 for any other value
+    std::uint8_t select; ///< When this byte is 0, register 0x012 bits 1..0 become 0, else 3.
     /// Each of three bits sets one field: to 0 when the bit is set, to 2 when the bit is clear. Bit 2 sets 0x022 bits
     /// 5..4, bit 1 sets 0x022 bits 3..2, bit 0 sets 0x03C bits 13..12.
     std::uint8_t flags;
@@ -170,7 +170,7 @@ enum SyncWord : std::uint8_t {
     SYNC_V_SYNC_END,
     SYNC_V_SYNC_START,
     SYNC_V2_ACTIVE_START, ///< V2: second field of an interlaced output
-    SYNC_V2_ACTIVE_END,
+    SYNC_V2_ACTIVE_END,   ///< 0 stands for the wrap of the line count
     SYNC_V2_SYNC_END,
     SYNC_V2_SYNC_START,
     SYNC_V2_H_POSITION, ///< horizontal position of the vertical sync
@@ -238,12 +238,12 @@ struct OutVideoInfo {
 extern SrcVideoInfo stSrcVideoInfo; ///< the source that the start-up sequence sets up
 extern OutVideoInfo stOutVideoInfo; ///< the output that the start-up sequence sets up
 
-/// The VideoMode that the transmitter uses for the output. Written when the capabilities of a sink are read.
+/// The VideoMode that the transmitter uses for the output. The application sets it. The EDID parser may change it.
 extern std::uint8_t OutVideoMode;
-extern std::uint8_t
-    OutVideoFrmt; ///< output format for the transmitter; set by the application, the drivers only read it
-extern std::uint8_t
-    SrcVideoFrmt; ///< source format for the transmitter; set by the application, the drivers only read it
+/// The output format and the source format that the transmitter uses. The application sets them. The drivers only read
+/// them.
+extern std::uint8_t OutVideoFrmt;
+extern std::uint8_t SrcVideoFrmt;
 
 // ---- Format tables ----
 

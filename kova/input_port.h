@@ -2,9 +2,9 @@
 // The input ports: bus format, syncs, scan type, options and port clock of the source.
 //
 // Every function returns KOVA_NO_ERROR, also when a transfer fails (see regs.h). Most port registers hold two fields
-// side by side, one for each port. The flags in the source record tell which field a setter writes. All other setters
-// that take a record must therefore come after KOVAAPI_SetSrcPortMode. A parameter "on" means on for any non-zero
-// value.
+// side by side, one for each port. The flags in the source record tell which field a setter writes.
+// KOVAAPI_SetSrcPortMode sets these flags. Call this function before any other setter that takes a record. A parameter
+// "on" means on for any non-zero value.
 
 #include "formats.h"
 
@@ -45,7 +45,7 @@ std::uint8_t KOVAAPI_SetSrcCbCrSwap(SrcVideoInfo* src, std::uint8_t on);
 std::uint8_t KOVAAPI_SetSrcClockDelay(SrcVideoInfo* src, const ClockDelay* delay);
 
 /// Sets the position of the input picture: the offset of the active window from the syncs of the port, 0x404 (port A)
-/// or 0x405 (port B). Keeps x and y in the clip window of the record. Ends with a local register update.
+/// or 0x405 (port B). Stores x and y in the clip window of the record. Ends with a local register update.
 /// @param x  pixels, must be below 512, because the value is not masked
 /// @param y  lines, 0 to 127. Higher bits are dropped.
 std::uint8_t KOVAAPI_SetSrcPosition(SrcVideoInfo* src, std::uint16_t x, std::uint16_t y);

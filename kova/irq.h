@@ -1,14 +1,15 @@
 #pragma once
-// The interrupts of the video processor. They are polled. One function reads the status register and stores a copy,
-// another function looks at the stored copy. Only one thread may do this. In the console this is the loop thread.
+// The interrupts of the video processor. They are polled. One function reads the status register and stores a copy.
+// Another function looks at the stored copy. Only one thread may call these functions. In the console, the loop thread
+// calls them.
 
 #include <cstdint>
 
 /// Number of the interrupt of the HDMI transmitter.
 inline constexpr std::uint16_t KOVA_IRQ_HDMITX = 7;
 
-/// Reads the interrupt status from register 0x010 and stores a copy. When the read fails, the stored copy is 0xFFFF, so
-/// every interrupt is pending.
+/// Reads the interrupt status from register 0x010 and stores a copy. When the read fails, the stored copy becomes
+/// 0xFFFF. Every interrupt then counts as pending.
 /// @return KOVA_NO_ERROR
 std::uint8_t KOVAAPI_GetParseIRQ();
 

@@ -176,7 +176,7 @@ std::uint8_t KOVAAPI_SetOutPortMode(OutVideoInfo* out) {
                  || Write(kTmdsDriveHigh, out->tmds[0])
                  || Write(kTmdsDriveLow, out->tmds[1])
                  || KOVA_RegWrite(kInterlaced, !Has(*out, VIDFLAG_PROGRESSIVE))
-                 // Every row of the format table has the flag.
+                 // VIDFLAG_TABLE_OUT is set in every row of the format table.
                  || KOVA_RegWrite(kSyncControl, Has(*out, VIDFLAG_TABLE_OUT) ? 0x4D : 0x4C)
                  || Write(kHSyncHigh, Has(*out, VIDFLAG_HSYNC_HIGH))
                  || Write(kVSyncHigh, Has(*out, VIDFLAG_VSYNC_HIGH))

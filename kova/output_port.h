@@ -1,8 +1,8 @@
 #pragma once
 // The output: digital bus, sync timing, DAC, PLLs, polarities, clock delays, clock sources, pins and clock drivers.
 //
-// Every function returns KOVA_NO_ERROR, also when a transfer fails (see regs.h). A parameter "on" means on for any
-// non-zero value.
+// Every function returns KOVA_NO_ERROR, also when a transfer fails (see regs.h). The comment of a function names the
+// exceptions. A parameter "on" means on for any non-zero value.
 
 #include "formats.h"
 
@@ -11,8 +11,8 @@
 // ---- The whole output ----
 
 /// Completes the record from its format and mode, and sets up the output: bus format, DAC data, sync timing, PLLs, TMDS
-/// drive, scan type and polarities. Then calls KOVAAPI_SetOutVideoAUX. Registers: 0x01C, 0x020, 0x02C to 0x034, 0x040,
-/// 0x445, 0x484 to 0x486, 0x488 to 0x498, 0x4A2, 0x4A3, 0x4B4, 0x588, 0x589.
+/// drive, scan type and polarities. Then calls KOVAAPI_SetOutVideoAUX. Registers: 0x01C, 0x020, the even addresses from
+/// 0x02C to 0x034, 0x040, 0x445, 0x484 to 0x486, 0x488 to 0x498, 0x4A2, 0x4A3, 0x4B4, 0x588, 0x589.
 ///
 /// A multiplexed output of a format narrower than 1024 pixels uses twice the pixel clock. The horizontal timing in the
 /// record is doubled then.
@@ -42,8 +42,10 @@ std::uint8_t KOVAAPI_SetPLLMemoryClock(std::uint16_t a, std::uint16_t b);
 /// update.
 std::uint8_t KOVAAPI_ResetOutSync(std::uint16_t value);
 
-/// Chooses the source of the video clock and then calls KOVAAPI_SoftReset. Registers: 0x03A, 0x02A, 0x018 bit 2.
-/// @param source  0 to 3
+/// Chooses the source of the video clock and then calls KOVAAPI_SoftReset. Writes 1 to 0x03A for source 3, and 0 for
+/// any other source. Writes the number of the source to 0x02A, but 1 for source 3. Sets 0x018 bit 2.
+/// @param source  0 to 3. The start-up sequence uses 1. High-definition double mode uses 0 for port B and 2 for port A.
+///                What source 3 is, is not known.
 std::uint8_t KOVAAPI_SetVCLKPLLSource(std::uint16_t source);
 
 /// Makes a soft reset: writes 0 and then 1 to 0x070.
@@ -57,15 +59,15 @@ std::uint8_t KOVAAPI_HardReset();
 inline constexpr std::uint8_t kAllClocks = 15;
 inline constexpr std::uint8_t kAllOutPins = 5;
 
-/// Switches one clock output driver, or all of them: 0x03C bits 11..0 and bit 14.
+/// Switches one clock output driver, or all of them: 0x03C bits 11..0 and bit 14. A set bit switches a driver off.
 /// @param clock  bit number of the driver, or kAllClocks. 16 and above give KOVA_I2C_ERROR without a transfer.
 std::uint8_t KOVAAPI_EnableClockDrive(std::uint8_t clock, std::uint8_t on);
 
-/// Switches one group of digital output pins, or all of them: 0x01E bits 4..1.
+/// Switches one group of digital output pins, or all of them: 0x01E bits 4..1. A set bit switches a group off.
 /// @param pin  bit number of the group in 0x01E, or kAllOutPins. 16 and above give KOVA_I2C_ERROR without a transfer.
 std::uint8_t KOVAAPI_EnableOutPortPin(std::uint8_t pin, std::uint8_t on);
 
-/// Switches the analog output: 0x01E bit 0.
+/// Switches the analog output: 0x01E bit 0. The set bit switches it off.
 std::uint8_t KOVAAPI_EnableDACPortOut(std::uint8_t on);
 
 // ---- Options ----

@@ -11,7 +11,7 @@
 /// Result codes of every function of this driver.
 enum KovaResult : std::uint8_t {
     KOVA_NO_ERROR = 0,       ///< success
-    KOVA_I2C_ERROR = 1,      ///< a step failed: a format, a mode or a number is out of range. Never a failed transfer.
+    KOVA_I2C_ERROR = 1,      ///< a step found a format, a mode or a number out of range; never a failed transfer
     KOVA_INVALID_FORMAT = 2, ///< a format or a mode is out of range
     KOVA_INVALID_PARAM = 3,  ///< the position or the width of a bit field is out of range
 };
@@ -27,7 +27,7 @@ constexpr std::uint8_t AsResult(bool failed) { return failed ? KOVA_I2C_ERROR : 
 /// Register of the local register update. Writing 1 makes the staged settings take effect.
 inline constexpr std::uint16_t KOVA_LOCAL_UPDATE = 0x4C4;
 
-/// Writes consecutive registers in ascending order, one transfer for each. This is the transfer level.
+/// Writes consecutive registers in ascending order, one transfer for each. KOVA_MultiWrite calls this function.
 /// @param slave  bus address of the chip. It is not used: the device node reaches only this chip.
 /// @param buf    word k goes to register addr + k
 /// @param count  number of bytes in buf, even

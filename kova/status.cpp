@@ -61,8 +61,8 @@ std::uint8_t AwaitMeasurement(bool& ready) {
     return KOVA_NO_ERROR;
 }
 
-// Requests one measurement and reads its result registers. When the measurement does not get ready, the results stay 0,
-// which is not valid.
+// Requests one measurement and reads its result registers. When the chip does not finish the measurement, the results
+// stay 0. The callers take 0 for an invalid result.
 template <std::size_t N>
 std::uint8_t Measure(const std::array<std::uint16_t, N>& registers, std::array<std::uint16_t, N>& results) {
     bool ready = false;

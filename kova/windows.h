@@ -3,8 +3,8 @@
 //
 // These functions return KOVA_NO_ERROR, also when a transfer fails (see regs.h). A function that sets one window uses
 // the other windows as the last video path update left them. Call KOVAAPI_VideoProcess at least once before. A function
-// here changes only windows. After a change, make the remaining steps of the video path update as well, so that the
-// scaler, the filters and the deinterlacer fit the new sizes.
+// here changes only windows. After a change, also call the functions of the later steps of the video path update. Then
+// the scaler, the filters and the deinterlacer fit the new sizes.
 
 #include "formats.h"
 
@@ -21,8 +21,8 @@ std::uint8_t KOVAAPI_SetWindowSrcVideo(SrcVideoInfo* src);
 /// @param win  pixels and lines. A w or h of 0 selects the whole active picture.
 std::uint8_t KOVAAPI_SetWindowSrcCLIP(SrcVideoInfo* src, const VideoWindow* win);
 
-/// Decides whether the picture is narrowed to 1024 pixels before the frame memory. This is so for an interlaced picture
-/// wider than 1024 pixels, and for any picture wider than 1280 pixels. Touches no register.
+/// Decides about horizontal decimation, which narrows the picture to 1024 pixels before the frame memory. An interlaced
+/// picture wider than 1024 pixels and any picture wider than 1280 pixels are narrowed. Touches no register.
 std::uint8_t KOVAAPI_SetHDecimateVideo(const SrcVideoInfo* src);
 
 /// Sets three windows: the destination of the decimator, the zoom window and the view window. The destination is the
