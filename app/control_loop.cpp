@@ -31,7 +31,8 @@ void HDMIHandler() {
 
 void SystemMainCtrlLoop() {
     while (ControlLoop_OnOff != 0) {
-        // When this sleep fails, the pauses before the transfers fail as well. The first pause reports the reason.
+        // A failed sleep is not reported here. The pauses before the transfers then fail as well, and the first failed
+        // pause reports the reason.
         sleep(1);
         // The order matters. The interrupt handler uses the status that was just stored. The timer handler uses the
         // output state, which the interrupt handler may have changed.

@@ -14,7 +14,7 @@ std::int32_t s_fd = 0;
 
 namespace {
 
-// The bus of the video processor needs this pause before each transfer.
+// The pause before each transfer to the video processor. Whether a shorter pause is enough is not known.
 constexpr useconds_t kPauseMicroseconds = 100;
 
 // Set after the first report, so that a failed pause is reported only once. Every pause fails on a kernel without the

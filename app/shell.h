@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
-/// The current command line. CommandProcess puts a zero after each word. Read as a string, the buffer then holds the
-/// first word of the line, with any leading blanks.
+/// The current command line. CommandProcess puts a zero after each word. The string in the buffer then ends after the
+/// first word of the line. Blanks before the first word stay in the string.
 extern std::array<char, 1024> input_command;
 
 /// Prints the usage summary on standard error.
