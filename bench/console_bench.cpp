@@ -76,7 +76,7 @@ void Init(benchmark::State& state) {
 }
 BENCHMARK(Init)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// Makes transmitter transfers only, which have no pauses.
+// Parsing the EDID makes only transfers to the transmitter. These transfers have no pauses.
 void EdidStep(benchmark::State& state) {
     const SilentOutput silent;
     EDIDParseResult result{};

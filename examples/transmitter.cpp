@@ -1,7 +1,8 @@
-// Starting point for an application that drives the HDMI output itself: it starts the transmitter for its output
-// format, then runs the transmitter's interrupt and timer handlers once a second.
+// A starting point for an application that drives the HDMI output itself. This program starts the transmitter for one
+// output format. Then it runs the interrupt handler and the timer handler of the transmitter once a second.
 //
-// usage: transmitter [PASSES]     Without a number the program runs until it is stopped.
+// usage: transmitter [PASSES]     PASSES is the number of times that the handlers run. Without PASSES, the program runs
+//                                 until it is stopped.
 //
 // CMakeLists.txt in the same folder builds this program. This command builds it as well:
 //     c++ -std=c++20 transmitter.cpp $(pkg-config --cflags --libs kova)
