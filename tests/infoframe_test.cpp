@@ -29,7 +29,7 @@ TEST_F(InfoFrames, AviDescribesFormatColoursAndAspect) {
     }
 }
 
-TEST_F(InfoFrames, LoadingAndSwitching) {
+TEST_F(InfoFrames, FramesAreLoadedAndSwitched) {
     sim::TxRegister(sim::Page::Hdmi2, 0x2F) = 0x01;
     stOutVideoInfo.frmt = VIDOUT_1280x720p60;
     Log("AVI, required", SendAVIInfoFrame);

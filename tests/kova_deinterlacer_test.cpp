@@ -36,7 +36,7 @@ protected:
     SrcVideoInfo src{};
 };
 
-TEST_F(KovaDeinterlacer, SettersOfOneField) {
+TEST_F(KovaDeinterlacer, SetterWritesOnlyItsField) {
     stKOVADeint.state = 0xFF;
     NoteKept(KOVAAPI_LoadDeintData(), "defaults");
     // clang-format off
@@ -65,7 +65,7 @@ TEST_F(KovaDeinterlacer, SettersOfOneField) {
     }
 }
 
-TEST_F(KovaDeinterlacer, SettersOfSeveralFields) {
+TEST_F(KovaDeinterlacer, SetterWritesSeveralFields) {
     for (const std::uint16_t mode : Words{1, 2, 6}) {
         Note(KOVAAPI_SetDeintYMode(mode), "luma mode", mode);
     }
@@ -114,7 +114,7 @@ TEST_F(KovaDeinterlacer, OverriddenSetterKeepsCallersChoice) {
     }
 }
 
-TEST_F(KovaDeinterlacer, ModeForThePicture) {
+TEST_F(KovaDeinterlacer, ModeFollowsThePicture) {
     struct Case {
         std::uint16_t flags, dstW, viewH;
         std::uint8_t state;

@@ -4,7 +4,7 @@ namespace {
 
 using KovaFilters = KovaDriver;
 
-TEST_F(KovaFilters, SetsSwitchesAndValues) {
+TEST_F(KovaFilters, FilterSettersWriteTheirFields) {
     const FilterSet8 eight{1, 2, 3, 4, 5, 6, 7, 0xFFFF};
     const FilterSet4 four{0x8000, 2, 3, 0xFFFF};
     for (const bool own : {false, true}) {

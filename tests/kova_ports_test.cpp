@@ -72,7 +72,7 @@ TEST_F(KovaPorts, SingleSettersUseTheRecordsPort) {
 
 // ---- Output ----
 
-TEST_F(KovaPorts, InterlacedYCbCrOutputWithAllOptions) {
+TEST_F(KovaPorts, InterlacedYCbCrOutputUsesAllOptions) {
     constexpr std::array<ClockDelay, 5> kDelays{{{1, 1}, {1, 2}, {2, 3}, {255, 0}, {0, 1}}};
     out = {.frmt = VIDOUT_1920x1080i60, .mode = EMB422_10, .auxFlags = 0x822F};
     out.pOutVCLK = &kDelays[0];
@@ -115,7 +115,7 @@ TEST_F(KovaPorts, OutputModesFillRecord) {
     }
 }
 
-TEST_F(KovaPorts, Options) {
+TEST_F(KovaPorts, EachOptionSetsItsBits) {
     for (const bool on : {true, false}) {
         Fill(on ? 0 : 0xFFFF);
         for (const auto set : {KOVAAPI_SetDIGCbCrSwap, KOVAAPI_SetDACPbPrSwap, KOVAAPI_SetOutHActInvert,
@@ -138,7 +138,7 @@ TEST_F(KovaPorts, Options) {
     }
 }
 
-TEST_F(KovaPorts, ClocksAndResets) {
+TEST_F(KovaPorts, ClocksAndResetsAreWritten) {
     for (const std::uint16_t source : Words{0, 1, 2, 3, 4}) {
         Note(KOVAAPI_SetVCLKPLLSource(source), "source", source, "kept", KOVAPLLClock);
     }

@@ -15,7 +15,7 @@ Value Get(std::uint8_t (*get)(Value*)) {
 int HFrequency() { return Get(KOVAAPI_GetSyncHfreq); }
 int Lines() { return Get(KOVAAPI_GetSyncVline); }
 
-TEST_F(KovaStatus, StatusAndMeasurements) {
+TEST_F(KovaStatus, StatusAndMeasurementsAreRead) {
     sim::SetVideoInput({.syncStatus = 0xFFFE});
     sim::KovaRegister(0x4C0) = 0xFFF7;
     log << "ID " << Get(KOVAAPI_GetDeviceID);
@@ -51,7 +51,7 @@ TEST_F(KovaStatus, EndlessMeasurementIsGivenUp) {
     Quietly([] { EXPECT_EQ(std::tuple(HFrequency(), Lines()), std::tuple(0xFFFF, 0xFFFF)); });
 }
 
-TEST_F(KovaStatus, InputPatternsAndBackToInput) {
+TEST_F(KovaStatus, InputPatternReplacesAndRestoresInput) {
     struct Case {
         SrcVideoInfo src;
         unsigned pattern;
@@ -68,7 +68,7 @@ TEST_F(KovaStatus, InputPatternsAndBackToInput) {
     }
 }
 
-TEST_F(KovaStatus, DisplaySwitchesAndPowerSave) {
+TEST_F(KovaStatus, DisplaySwitchesWriteTheirBits) {
     Note(KOVAAPI_SetOutputPattern(0xFF), "pattern");
     Note(KOVAAPI_EnableDarkScreen(2), "dark");
     Note(KOVAAPI_SetOutputPattern(0), "no pattern");

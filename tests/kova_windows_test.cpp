@@ -8,7 +8,7 @@ protected:
     OutVideoInfo out{.stActive = {1280, 1024}};
 };
 
-TEST_F(KovaWindows, WholePictureAndCallersWindows) {
+TEST_F(KovaWindows, CallersWindowsReplaceWholePicture) {
     Note(KOVAAPI_SetWindowSrcVideo(&src), "whole picture");
     Note(KOVAAPI_SetHDecimateVideo(&src), "decimation");
     Note(KOVAAPI_SetWindowOutVideo(&out), "whole output");
@@ -22,7 +22,7 @@ TEST_F(KovaWindows, WholePictureAndCallersWindows) {
     log << "read back: " << back << '\n';
 }
 
-TEST_F(KovaWindows, RoundingClipDecimationAndDestination) {
+TEST_F(KovaWindows, DestinationFollowsInputClipAndView) {
     struct Case {
         std::uint16_t flags, w, h;
         VideoWindow clip, view;
@@ -66,7 +66,7 @@ TEST_F(KovaWindows, ScalerSetsLoadOnlyWhenNeeded) {
     }
 }
 
-TEST_F(KovaWindows, CallersScalerTables) {
+TEST_F(KovaWindows, CallersScalerTablesAreLoaded) {
     std::array<MfcTable, 4> tables{};
     for (std::size_t i = 0; i < tables.size(); ++i) {
         tables[i][0] = {-1, static_cast<std::int16_t>(i + 1)};
@@ -87,7 +87,7 @@ TEST_F(KovaWindows, CallersScalerTables) {
     Note(KOVAAPI_SetMFCFilterCoef(&out), "all four by way of the record");
 }
 
-TEST_F(KovaWindows, MemoryPrecisionAndConfiguration) {
+TEST_F(KovaWindows, MemoryPrecisionAndConfigurationAreWritten) {
     for (const std::uint16_t width : Words{768, 769}) {
         stKOVADstWIN.w = width;
         std::string last;

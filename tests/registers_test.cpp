@@ -96,7 +96,7 @@ protected:
 };
 
 // A bit that is the same after both runs was written by init. Every other bit keeps what it held.
-TEST_F(RegisterMap, ValuesAfterInit) {
+TEST_F(RegisterMap, MapStatesValuesAfterInit) {
     Values zeros = AfterInit(0), ones = AfterInit(0xFFFF);
     const std::vector<Row> rows = ReadMap();
     EXPECT_GT(rows.size(), 300U);

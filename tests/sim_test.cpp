@@ -93,7 +93,7 @@ TEST_F(SimSetUp, TimeIsRealByDefault) {
 
 // The C library has several names for these functions. Calls for other files go to the kernel. Requests that the driver
 // does not know fail.
-TEST_F(SimSetUp, AllNamesOfOpenAndIoctl) {
+TEST_F(SimSetUp, EveryOpenAndIoctlNameWorks) {
     EXPECT_EQ(SetUpBoard(), "");
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);

@@ -7,7 +7,7 @@ std::uint8_t& Hdmi1(std::uint8_t reg) { return sim::TxRegister(sim::Page::Hdmi1,
 using TxStartUp = Board;
 
 // The start-up sequences, the presets and their parts: every transfer and every report.
-TEST_F(TxStartUp, EverySequence) {
+TEST_F(TxStartUp, EverySequenceIsAsRecorded) {
     for (OutVideoFrmt = 0; OutVideoFrmt <= VIDOUT_COUNT; ++OutVideoFrmt) {
         InitHDMITXVariable();
         EXPECT_EQ(DefaultActiveAspect, OutVideoFrmt >= 4 && OutVideoFrmt <= 9 ? 2 : 0);
