@@ -1,5 +1,5 @@
 #pragma once
-// Builds EDIDs for tests. The blocks are right except for the bytes that a test sets.
+// Builds EDIDs for tests. The blocks are valid except for the bytes that a test sets.
 
 #include <cstdint>
 #include <numeric>
@@ -31,7 +31,7 @@ inline Bytes Hd720() {
     return {0x01, 0x1D, 0x00, 0x72, 0x51, 0xD0, 0x1E, 0x20, 0x6E, 0x28, 0x55, 0x00, 0x12, 0x2C, 0x21, 0, 0, 0x19};
 }
 
-/// Block 0.
+/// Block 0, the base block.
 struct Base {
     std::uint8_t extensions = 0;
     Bytes established{0, 0, 0};
@@ -62,12 +62,12 @@ inline Bytes Cea(std::uint8_t capabilities, const Bytes& dataBlocks, const Bytes
     return Block(Join({{2, 3, static_cast<std::uint8_t>(4 + dataBlocks.size()), capabilities}, dataBlocks, timings}));
 }
 
-/// An extension block of another kind.
+/// An extension block that holds only its tag and its checksum.
 inline Bytes Other(std::uint8_t tag) { return Block({tag}); }
 inline Bytes BlockMap() { return Other(0xF0); }
 
-/// Good EDIDs that cover most of the parse: DVI, HDMI in block 1, HDMI behind a block map.
-inline std::vector<Bytes> SoundMonitors() {
+/// Valid EDIDs that cover most of the parse: a DVI monitor, HDMI in block 1, HDMI behind a block map.
+inline std::vector<Bytes> ValidEdids() {
     const Bytes blocks = Join({Video(Bytes(20, 0x84)), Audio(Bytes(9, 0x0F)), Speakers(1), Hdmi()});
     const Bytes cea = Cea(0xF1, blocks, Hd720());
     return {Base{}.Build(), Join({Base{.extensions = 1}.Build(), cea}),

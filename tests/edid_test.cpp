@@ -12,12 +12,13 @@ namespace {
 
 using edid::Base, edid::Block, edid::BlockMap, edid::Bytes, edid::Cea, edid::Hdmi, edid::Join, edid::Other, edid::Video;
 
-// Prints the DDC reads as " segment:offset+count". A read that begins where the read before ended is only "+count".
+// The DDC reads of a parse, each as " segment:offset+count". A read that begins where the read before ended is only
+// "+count".
 std::string reads;
 unsigned endOfRead;
 std::function<void(std::uint32_t)> atTransfer;
 
-void Hook(std::uint32_t number) {
+void NoteDdcTransfer(std::uint32_t number) {
     const auto reg = [](std::uint8_t r) -> unsigned { return sim::TxRegister(sim::Page::Hdmi1, r); };
     const unsigned segment = reg(0xF3) == 0x04 ? reg(0xEE) : 0;
     if (reads.empty() || endOfRead != (segment << 8 | reg(0xEF))) {
@@ -49,11 +50,11 @@ Parsed Parse(
     sim::Reset();
     sim::KeepJournal(true);
     sim::Plug(edid);
-    sim::SetDdcHook(Hook);
+    sim::SetDdcHook(NoteDdcTransfer);
     atTransfer = hook;
     reads.clear();
     CEAOnFisrtPage = 1;                                                        // the value that a failed parse leaves
-    gbExtensionBlockExist = OutVideoMode = gbNativeVIC = gbNativeVICtemp = 99; // the outcome prints these
+    gbExtensionBlockExist = OutVideoMode = gbNativeVIC = gbNativeVICtemp = 99; // 99 in the outcome: not written
     Parsed parsed;
     std::uint8_t transfer = 0xFF;
     parsed.report = HideLineNumbers(Capture([&] { transfer = ParseEDID(&parsed.record); }).err);
@@ -127,23 +128,25 @@ TEST_F(Edid, MonitorKindIsRecognised) {
     };
     const std::vector<Case> cases{
         {"header, first byte", with(one, 0, 1)}, {"header, last byte", with(one, 7, 1)},
-        {"sum of block 0", with(one, 60, 1)}, {"sum, then version", with(one, 19, 2)},
+        {"checksum of block 0", with(one, 60, 1)}, {"checksum and version", with(one, 19, 2)},
         {"version 1.2", Base{.version = {1, 2}}.Build()}, {"version 2.3", Base{.version = {2, 3}}.Build()},
-        {"version 1.4", Base{.version = {1, 4}}.Build()}, {"version 0.3", Base{.version = {0, 3}}.Build()}, {"no timing at all", Base{.descriptors = {}}.Build()},
-        {"sum of block 1", with(Join({one, hdmi}), 200, 1)}, {"block 1 missing", one},
-        {"one, HDMI", Join({one, hdmi})}, {"one, HDMI, RGB only", Join({one, Cea(0x4F, Hdmi())})},
+        {"version 1.4", Base{.version = {1, 4}}.Build()}, {"version 0.3", Base{.version = {0, 3}}.Build()},
+        {"no timings", Base{.descriptors = {}}.Build()},
+        {"checksum of block 1", with(Join({one, hdmi}), 200, 1)}, {"block 1 missing", one},
+        {"1 extension, HDMI", Join({one, hdmi})}, {"HDMI, only RGB", Join({one, Cea(0x4F, Hdmi())})},
         {"no video formats", Join({one, Cea(0, Join({Video({}), Hdmi()}))})},
-        {"a group of formats", Join({one, Cea(0, Join({Video(Bytes(8)), Hdmi()}))})},
-        {"one, not HDMI", Join({one, plain})}, {"one, other OUI", Join({one, Cea(0, edid::DataBlock(3, {3, 12, 1}))})},
-        {"HDMI despite its tag", Join({one, Block(Join({{0x40, 3, 10, 0}, Hdmi()}))})},
-        {"no block map", Join({Base{.extensions = 2}.Build(), hdmi, hdmi})},
-        {"one, not a CEA block", Join({one, other})}, {"a map of nothing", Join({two, other, other, other, other})},
+        {"8 video formats", Join({one, Cea(0, Join({Video(Bytes(8)), Hdmi()}))})},
+        {"1 extension, no HDMI", Join({one, plain})},
+        {"wrong HDMI OUI", Join({one, Cea(0, edid::DataBlock(3, {3, 12, 1}))})},
+        {"HDMI, wrong block tag", Join({one, Block(Join({{0x40, 3, 10, 0}, Hdmi()}))})},
+        {"block map missing", Join({Base{.extensions = 2}.Build(), hdmi, hdmi})},
+        {"not a CEA block", Join({one, other})}, {"block map, no CEA", Join({two, other, other, other, other})},
         {"255 extensions", Join({Base{.extensions = 255}.Build(), BlockMap()})},
         {"CEA in block 3", Join({Base{.extensions = 3}.Build(), BlockMap(), other, hdmi})},
         {"CEA in block 4", Join({two, other, other, hdmi, other})}, {"block 2, not HDMI", Join({two, plain, other})},
-        {"sum of block 2", Join({two, with(hdmi, 50, 1), other})},
-        {"sum of block 3", Join({two, hdmi, with(other, 50, 1)})},
-        // Without a vendor-specific block the start of the segment is taken for one.
+        {"checksum of block 2", Join({two, with(hdmi, 50, 1), other})},
+        {"checksum of block 3", Join({two, hdmi, with(other, 50, 1)})},
+        // Without a vendor-specific block, bytes 1 to 3 of the segment are compared with the HDMI signature.
         {"signature by chance", Join({two, Cea(0, Bytes(8)), other})}};
     for (const Case& c : cases) {
         const std::string outcome = Parse(c.edid).outcome;
@@ -158,7 +161,7 @@ TEST_F(Edid, ParseHandlesAnyTimingsOffset) {
     };
     const Bytes builtIn(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end());
     const Bytes hdmi = Hdmi(), video = Video({1}), t = edid::Hd720(), timings = Join({t, t, t, t, t, t});
-    const std::vector<Case> cases{
+    const std::vector<Case> cases{ // each name: the content, then the offset of the timings
         {"built in", builtIn},
         // The search finds no HDMI block when the timings start at offset 4 or below.
         {"HDMI, 0", monitor(0, hdmi)}, {"HDMI, 1", monitor(1, hdmi)}, {"HDMI, 2", monitor(2, hdmi)},
@@ -166,7 +169,7 @@ TEST_F(Edid, ParseHandlesAnyTimingsOffset) {
         // Parsed alone, the collection is empty at offset 0 or 4. At 1, 2 and 3 its first data block is read.
         {"video, 0", monitor(0, video)}, {"video, 1", monitor(1, video)}, {"video, 2", monitor(2, video)},
         {"video, 3", monitor(3, video)}, {"video, 4", monitor(4, video)}, {"video, 5", monitor(5, video)},
-        // An HDMI block that is longer than the collection ends it. The first timing begins inside that block.
+        // An HDMI block that is longer than the collection ends the collection. The first timing begins in that block.
         {"HDMI, 6", monitor(6, hdmi)},
         // The search goes past the end of the block. At the end of the segment its address wraps to 0.
         {"nothing, 255", Join({Base{.extensions = 1, .descriptors = {}}.Build(), Block({2, 3, 255, 0})})},
@@ -209,7 +212,8 @@ TEST_F(Edid, FailedReadEndsTheParse) {
 }
 // clang-format on
 
-// A failed read of the segment register gives another segment, and the next request selects it.
+// A failed read of the segment register gives segment 0xFF, and the request selects that segment. Segment 0 is selected
+// after the parse, whichever request of the parse fails.
 TEST_F(Edid, LostSegmentIsSelectedAgain) {
     EDIDParseResult result{};
     std::uint8_t transfer = 0xFF;
@@ -244,7 +248,7 @@ TEST(EdidTimings, RecognisesFormatsOfVideoProcessor) {
 }
 
 TEST_F(Edid, ParseSurvivesDamagedEdids) {
-    const std::vector<Bytes> monitors = edid::SoundMonitors();
+    const std::vector<Bytes> monitors = edid::ValidEdids();
     std::mt19937 random(861); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same mutations in every run
     for (unsigned i = 0; i < 300; ++i) {
         Bytes input = Join({Bytes(4), monitors[i % monitors.size()]}); // a DDC channel without faults

@@ -53,8 +53,8 @@ TEST_F(InfoFrames, FramesAreLoadedAndSwitched) {
     sim::TxRegister(sim::Page::Hdmi2, 0x3F) = 0x52;
     Log("mute", [] { SendCP_Packet(2); });
     sim::TxRegister(sim::Page::Hdmi2, 0x3F) = 0x55;
-    sim::FailRequests(2, 1); // the write that clears the bit fails
-    Log("mute cleared, without an answer", [] { SendCP_Packet(0); });
+    sim::FailRequests(2, 1); // the write that switches the packet off fails
+    Log("mute cleared, one write fails", [] { SendCP_Packet(0); });
 }
 
 } // namespace

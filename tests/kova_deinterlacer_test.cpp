@@ -87,7 +87,7 @@ TEST_F(KovaDeinterlacer, SetterWritesSeveralFields) {
         NoteKept(KOVAAPI_EnableDeintNR(0), "no NR, overridden: the choice stays");
     }
     stKOVADeint = {};
-    NoteKept(KOVAAPI_SetDeintCMode(5), "chroma mode 5: too large for its place");
+    NoteKept(KOVAAPI_SetDeintCMode(5), "chroma mode 5: too large for its field");
 }
 
 TEST_F(KovaDeinterlacer, OverriddenSetterKeepsCallersChoice) {

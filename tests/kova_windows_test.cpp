@@ -38,14 +38,14 @@ TEST_F(KovaWindows, DestinationFollowsInputClipAndView) {
                           Case{kProgressive, 1280, 720, {}, {720, 480}},
                           Case{0, 1920, 1080, {1025, 99}, {}},
                           Case{0, 1024, 480, {}, {}},
-                          Case{0, 704, 480, {600, 0}, {0, 100}},       // not in use
+                          Case{0, 704, 480, {600, 0}, {0, 100}},       // width or height 0: not used
                           Case{0, 704, 480, {0, 100}, {100, 0}}}) {
         // clang-format on
         for (const std::uint8_t state : {DEINT_NR_ON, DEINT_DECIMATING}) {
             stKOVADeint.state = state;
             src = {.stClip = c.clip, .flags = c.flags, .stActive = {c.w, c.h}};
             out.stView = c.view;
-            out.stZoom = state == DEINT_NR_ON ? VideoWindow{100, 0} : VideoWindow{0, 100}; // not in use
+            out.stZoom = state == DEINT_NR_ON ? VideoWindow{100, 0} : VideoWindow{0, 100}; // not used either
             KOVAAPI_SetWindowSrcVideo(&src);
             KOVAAPI_SetHDecimateVideo(&src);
             KOVAAPI_SetWindowOutVideo(&out);
@@ -84,7 +84,7 @@ TEST_F(KovaWindows, CallersScalerTablesAreLoaded) {
     EXPECT_EQ(std::tuple(out.pMfcHY, out.pMfcHC, out.pMfcVY, out.pMfcVC),
               std::tuple(tables.data(), &tables[1], &tables[2], &tables[3]));
     stKOVADstWIN.h = 0; // not shown at less than half its height, so all four tables are used
-    Note(KOVAAPI_SetMFCFilterCoef(&out), "all four by way of the record");
+    Note(KOVAAPI_SetMFCFilterCoef(&out), "all four tables of the record");
 }
 
 TEST_F(KovaWindows, MemoryPrecisionAndConfigurationAreWritten) {

@@ -1,8 +1,8 @@
-// A hostile monitor on a hostile DDC channel. Whatever the monitor sends, a parse ends within its limit of DDC transfers and
-// leaves segment 0 selected.
+// Parses any EDID over a DDC channel with faults. Every parse must end within its limit of DDC transfers and must leave
+// segment 0 selected.
 //
-// The input: flags, number of the first transfer with an error (0: none), the error bits, distance of the bytes that
-// change between reads (0: none), then the EDID.
+// The input is four bytes and the EDID. The four bytes are the flags, the number of the first transfer with an error
+// (0: no error), the error bits, and the distance between the bytes that change from read to read (0: no byte changes).
 
 #undef NDEBUG // the fuzzer needs the assertions
 #include "app/device.h"
@@ -28,7 +28,7 @@ std::vector<std::uint8_t> monitor;
 std::uint8_t flags, errorFrom, errorBits, stride;
 std::uint32_t transfers;
 
-void PutRight() {
+void CorrectHeaderAndChecksums() {
     constexpr std::array<std::uint8_t, 8> kHeader{0, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0};
     std::copy_n(kHeader.begin(), std::min(kHeader.size(), monitor.size()), monitor.begin());
     for (auto block = monitor.begin(); monitor.end() - block >= 128; block += 128) {
@@ -55,7 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::tie(flags, errorFrom, errorBits, stride) = std::tie(data[0], data[1], data[2], data[3]);
     monitor.assign(data + 4, data + size);
     if ((flags & kAsItIs) == 0) {
-        PutRight();
+        CorrectHeaderAndChecksums();
     }
     transfers = 0;
     sim::Reset();

@@ -1,7 +1,7 @@
-// Any text at the console. Whatever is typed, the shell goes on to the next line, and a line that is no write command
-// writes nothing.
+// Types any text at the console. The shell must read on until "q" or until the end of the text. Only a write
+// command may write to the chips.
 //
-// The input: the lines.
+// The input is the text.
 
 #undef NDEBUG // the fuzzer needs the assertions
 #include "app/device.h"

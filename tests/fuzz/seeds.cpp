@@ -10,7 +10,7 @@
 
 int main(int argc, char* argv[]) {
     const std::string folder = argc > 1 ? argv[1] : ".";
-    std::vector<edid::Bytes> monitors = edid::SoundMonitors();
+    std::vector<edid::Bytes> monitors = edid::ValidEdids();
     monitors.emplace_back(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end());
     for (std::size_t i = 0; i < monitors.size(); ++i) {
         const edid::Bytes seed = edid::Join({{0, 0, 0, 0}, monitors[i]}); // a DDC channel without faults
