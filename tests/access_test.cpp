@@ -87,7 +87,8 @@ TEST_F(Access, FieldsKeepOtherBits) {
         EXPECT_EQ(KOVA_RegField(0x400, c.pos, c.width, c.data), 0);
         EXPECT_EQ(sim::KovaRegister(0x400), c.expected);
     }
-    // Position and width of a transmitter field are not checked. A width of 0 rewrites the register unchanged. Bits above bit 7 are lost.
+    // The position and the width of a transmitter field are not checked. With a width of 0 the register is rewritten
+    // unchanged. Bits above bit 7 are lost.
     using Tx = Case<std::uint8_t>;
     for (const Tx& c : {Tx{0x0F, 4, 2, 0x3, 0x3F}, Tx{0xFF, 4, 2, 0x0, 0xCF}, Tx{0x5A, 3, 0, 0x7, 0x5A},
                         Tx{0x12, 0, 8, 0xEE, 0xEE}, Tx{0x00, 6, 4, 0xF, 0xC0}, Tx{0x5A, 255, 255, 0xFF, 0x5A}}) {
@@ -97,7 +98,7 @@ TEST_F(Access, FieldsKeepOtherBits) {
     }
     Transfers();
     KOVA_RegField(0x400, 0, 1, 0);
-    sim::FailRequests(1, 1); // after a failed read the field is written into all ones
+    sim::FailRequests(1, 1); // after a failed read all other bits are written as 1
     Quietly([] { EXPECT_EQ(KOVA_RegField(0x400, 0, 4, 0), 0); });
     EXPECT_EQ(Transfers(), "kova r 0400 a5f5\nkova w 0400 a5f4\nkova r 0400 0000 failed\nkova w 0400 fff0\n");
     // A field that is not inside a register of the video processor makes no transfer.

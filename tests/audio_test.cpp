@@ -55,7 +55,7 @@ TEST_F(Audio, ClockIsStableAfterFiveEqualRounds) {
     using Cts = std::vector<std::uint32_t>; // two measurements for each round, repeated
     for (const Cts& measurements :
          {Cts{5001}, Cts{5000}, Cts{4000, 6000}, Cts{6000, 6002, 6002, 6000}, Cts{6000, 6003}, Cts{6003, 6000},
-          Cts{6000, 6000, 4000, 4000}, // a round without a clock leaves the count as it is
+          Cts{6000, 6000, 4000, 4000}, // a CTS up to 5000 means no clock and leaves the count as it is
           Cts{6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000, 6009}, // the last round sets the count to 0
           Cts{0xFFFFFF, 0}}) {
         sim::PlayCts(measurements);

@@ -1,6 +1,6 @@
 #pragma once
-// The fixtures of the tests: the drivers of both chips with their defaults, and the simulated board as at power-on, opened,
-// in virtual time.
+// The fixtures of the tests. With the fixture Board each test starts with the drivers' default values and with the
+// simulated board as at power-on. The device node is open, and the time is virtual.
 
 #include "app/device.h"
 #include "hdmitx/hdmitx.h"
@@ -91,9 +91,9 @@ protected:
             << said << (said.empty() ? "" : "\n") << transfers << (transfers.empty() ? "" : "\n");
     }
     /// Transfers in a short form: "hdmi1 r 70:ff 20 hdmi1 w 71:ff", "kova w 0500:6c10 bb10 u". The kind ("kova w") is
-    /// written only where it changes. Registers that follow each other have one address. "u" is a local update. Long
-    /// lines are wrapped.
-    /// @param kind  the kind that the first transfer is compared with
+    /// written only where it changes. Consecutive registers have only the address of the first one. "u" is a local
+    /// update. Long lines are wrapped.
+    /// @param kind  a kind that the text leaves out at its start
     static std::string Packed(const std::string& journal, std::string kind = "") {
         std::string text;
         std::size_t start = 0;

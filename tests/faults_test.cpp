@@ -11,8 +11,8 @@ namespace {
 
 class Faults : public KovaDriver {
 protected:
-    /// Runs code on a board as at power-on. The request of this number fails, and must be reported once. With number 0 no
-    /// request fails. @return the number of requests
+    /// Runs code on a board as at power-on. The request with the number "failing" fails. Its failure must be reported
+    /// once. If the number is 0, no request fails. @return the number of requests
     template <typename Code>
     std::uint32_t Try(std::uint32_t failing, Code code) {
         TearDown();

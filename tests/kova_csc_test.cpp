@@ -50,7 +50,7 @@ TEST_F(KovaCsc, PictureControlsChangeTheCoefficients) {
     };
     for (const Case& c :
          {Case{0, nullptr, {0, 255, 1, 0, 255, 255, 0}}, Case{0, nullptr, {128, 128, 128, 255, 3, 200, 255}},
-          Case{0, &extreme, {1, 2, 3, 128, 128, 128, 128}}, // the RGB offsets replace the set's own
+          Case{0, &extreme, {1, 2, 3, 128, 128, 128, 128}}, // the RGB offsets replace the offsets of the set
           Case{VIDFLAG_YCBCR, nullptr, {1, 2, 3, 200, 64, 77, 22}},
           Case{VIDFLAG_YCBCR, &extreme, {0, 0, 0, 255, 255, 255, 214}}}) { // the products exceed 32 bits
         out.flags = c.outFlags;

@@ -31,7 +31,7 @@ TEST_F(KovaPath, InvalidFormatStopsUpdate) {
         out.frmt = c.outFrmt;
         Fill(0);
         Note(KOVAAPI_VideoProcess(&src, &out), "source", c.srcFrmt, "mode", c.srcMode, "output", c.outFrmt);
-        // The double-rate update stops there too. Its state bit is set.
+        // The double-rate update stops at the same step. The state bit of the double rate is set.
         Note(KOVAAPI_HDDBLProcess(&src, &out, 1), "double rate, clock", KOVAPLLClock, "state", stKOVADeint.state);
     }
 }
@@ -55,7 +55,7 @@ TEST_F(KovaPath, DoubleRateUpdateAddsItsSteps) {
     src.mode = MUX656_8_B;
     src.stClip = {640, 400, 8, 9};
     note(1);
-    src.stClip = {640, 0, 8, 9}; // not in use
+    src.stClip = {640, 0, 8, 9}; // a clip without a height is not used
     note(1);
 }
 

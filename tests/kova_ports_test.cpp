@@ -26,8 +26,8 @@ TEST_F(KovaPorts, InvalidFormatOrModeChangesNothing) {
 static_assert(VIDSRC_720x576i50 == 1 && VIDSRC_1280x720p60 == 4 && VIDSRC_1920x1080i60 == 6
               && VIDSRC_1280x1024p60 == 11);
 
-// Covers every mode twice, every format, each option alone and no option. Before each call all registers hold 0 or all
-// hold 0xFFFF.
+// Covers every mode twice, every format, each option alone, and calls without an option. Before each call all registers
+// hold 0, or all registers hold 0xFFFF.
 TEST_F(KovaPorts, InputModesFillRecordAndChip) {
     for (unsigned i = 0; i < 2 * kSrcModes; ++i) {
         const auto mode = static_cast<std::uint8_t>(i % kSrcModes), frmt = static_cast<std::uint8_t>(i % VIDSRC_COUNT);
@@ -129,7 +129,7 @@ TEST_F(KovaPorts, EachOptionSetsItsBits) {
         Note(KOVAAPI_SetDEOutMode(&out, mode), "DE mode", mode, "options", out.auxFlags);
         Note(KOVAAPI_SetOutVideoAUX(&out), "the same from the record");
     }
-    out.auxFlags = 0x0030; // with both bits set, mode 1 counts
+    out.auxFlags = 0x0030; // if both bits are set, mode 1 is used
     Note(KOVAAPI_SetOutVideoAUX(&out), "both bits");
     for (unsigned bit = 0; bit < 16; ++bit) {
         out.auxFlags = static_cast<std::uint16_t>(1U << bit);

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The handlers of a pass, without the loop thread, which the sessions test. Every test runs whole rounds of the timer's
-/// phases. Each round has one poll, so every test starts at the same phase.
+/// Calls the handlers of a pass directly. The recorded sessions test the loop thread. Every test runs whole rounds of
+/// the timer's phases. Each round has one poll, so every test starts at the same phase.
 class Loop : public Board {
 protected:
     void SetUp() override {
@@ -48,7 +48,7 @@ TEST_F(Loop, ParsesThatDisagreeStartOver) {
     static bool changes;
     monitor = edid::Base{}.Build();
     changes = true;
-    // Every read of the EDID's first bytes changes two bytes so that the checksum stays right.
+    // Every read of the EDID's first bytes changes two bytes. The checksum stays valid.
     sim::SetDdcHook([](std::uint32_t /*transfer*/) {
         if (changes && sim::TxRegister(sim::Page::Hdmi1, 0xEF) == 0) {
             ++monitor[12];
@@ -64,7 +64,8 @@ TEST_F(Loop, ParsesThatDisagreeStartOver) {
     EXPECT_EQ(OutputState, 5);
 }
 
-// Polls in every state, with every combination of hot plug and receiver sense. DVI is forced, so state 1 does not stay.
+// Polls in every state, with every combination of hot plug and receiver sense. DVI is forced, so the poll changes state
+// 1 (check EDID) to DVI at once.
 TEST_F(Loop, PollChangesEveryState) {
     for (const std::uint8_t from :
          {OUTPUT_NO_SINK, OUTPUT_CHECK_EDID, OUTPUT_HDMI, OUTPUT_DVI, OUTPUT_HDMI_NO_POWER, OUTPUT_DVI_NO_POWER}) {

@@ -6,7 +6,7 @@ std::uint8_t& Hdmi1(std::uint8_t reg) { return sim::TxRegister(sim::Page::Hdmi1,
 
 using TxStartUp = Board;
 
-// The start-up sequences, the presets and their parts: every transfer and every report.
+// Logs every transfer and every report of the start-up sequences, of the presets and of their parts.
 TEST_F(TxStartUp, EverySequenceIsAsRecorded) {
     for (OutVideoFrmt = 0; OutVideoFrmt <= VIDOUT_COUNT; ++OutVideoFrmt) {
         InitHDMITXVariable();
@@ -60,7 +60,7 @@ TEST_F(TxStartUp, EverySequenceIsAsRecorded) {
     Log("BT.656 preset", HDMITX_OutVideoBT656);
 }
 
-// The new value of the mode register for each old value, and the report of each port mode.
+// Logs the new value of the mode register for each old value, then the report of three port modes.
 TEST_F(TxStartUp, InputStageFollowsModeStateAndTiming) {
     for (OutVideoMode = 0; OutVideoMode <= 9; ++OutVideoMode) {
         for (const std::uint8_t state : {OUTPUT_NO_SINK, OUTPUT_HDMI, OUTPUT_DVI, OUTPUT_DVI_NO_POWER}) {
