@@ -1,5 +1,5 @@
-// Faults that a script plants. Each one changes requests to a range of registers of one page, on their way from the driver
-// to the chip.
+// The faults that a script plants. Each fault changes requests to a range of registers of one page. The change happens
+// between the driver and the chip.
 
 #include "sim/board.h"
 
@@ -65,7 +65,7 @@ bool ParseRange(std::string_view text, Fault& fault) {
     return dash == text.npos || (ParseHex(text.substr(dash + 1), fault.last) && fault.last >= fault.first);
 }
 
-// Changes a value by the effect of a fault. A value of the transmitter is 8 bits in data[0].
+// Changes a value by the effect of a fault. A transmitter value has 8 bits and is in data[0].
 void ChangeValue(const Fault& fault, bool wide, kova_xfer& record) {
     unsigned value = wide ? unsigned{record.data[0]} << 8 | record.data[1] : record.data[0];
     switch (fault.effect) {

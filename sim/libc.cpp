@@ -1,10 +1,10 @@
-// The five functions of the C library by which the console reaches the kernel: open, ioctl, close, sleep and usleep. Also
-// openat, which another program may use. For the device node they answer as the kernel driver would. These definitions
-// hide those of the C library, so all other calls go to the kernel as system calls.
+// Replaces the five functions of the C library by which the console reaches the kernel: open, ioctl, close, sleep and
+// usleep. Also replaces openat, which another program may use. For the device node these functions answer as the kernel
+// driver would. They hide the functions of the C library, so they pass all other calls to the kernel as system calls.
 //
-// The C library's headers decide which symbol a call of open or ioctl becomes. The symbol is another one if files or times
-// have 64 bits, or if calls are fortified. All these symbols are defined here. So the fortified headers, which define some
-// of them as inline functions, must be switched off.
+// The C library's headers decide which symbol a call of open or ioctl uses. A program with 64-bit file offsets, with
+// 64-bit times or with fortified calls uses other symbols. All these symbols are defined here. The fortified headers
+// define some of them as inline functions, so these headers must be switched off.
 #undef _FORTIFY_SOURCE
 
 #include "app/device.h"

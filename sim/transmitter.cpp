@@ -39,7 +39,7 @@ struct Ddc {
     std::uint32_t busy;           // status reads until the transfer ends
     std::uint8_t error;           // error bits with which the transfer ends
     std::uint32_t transfers;
-    // As set from outside:
+    // Set by tests and scripts:
     std::uint32_t busyReads;
     std::uint8_t errorBits;
     std::uint32_t failEvery;
