@@ -280,7 +280,7 @@ END {
     broken = 1
     for (i = 1; i <= commands; ++i) { if (!(way[i] in isBad)) { broken = 0 } }
     for (i = 1; broken && i <= noteCount && i <= 6; ++i) { print "        " notes[i] }
-    if (broken && noteCount > 6) { print "        and " noteCount - 6 " more" }
+    if (broken && noteCount > 6) { print "        and " noteCount - 6 " more differences" }
     split("r kova|w kova|r hdmi1|w hdmi1|r hdmi2|w hdmi2", part, "|")
     for (i = 1; requests && i <= 6; ++i) {
         kind = part[i]
@@ -383,5 +383,6 @@ done <"$folder/links"
 [ $hand = 1 ] || [ -n "$only" ] || sed -n '/^hand$/,$s/^link \(.*\) |.*/left    \1: needs --hand/p' "$table"
 [ -n "$broken" ] || { echo "All links that were checked are good." && exit 0; }
 echo "The first broken link: $broken"
+[ -z "$only" ] || echo "The links before it were not checked."
 sed -n "s/^link $broken | \(.*\)/Read on: bring-up.md, \"\1\"/p" "$table"
 exit 1
