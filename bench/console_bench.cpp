@@ -87,7 +87,7 @@ void EdidStep(benchmark::State& state) {
 }
 BENCHMARK(EdidStep)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// A pass of the control loop without its sleep of one second. It has one pause.
+// A pass of the control loop without its sleep of one second. The pass makes one pause.
 void IdlePass(benchmark::State& state) {
     const SilentOutput silent;
     sim::Unplug();

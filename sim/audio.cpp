@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-// Page 1, three registers each, low byte first
+// N and CTS have three registers each on page Hdmi2, low byte first.
 constexpr std::uint8_t kN = 0x03;
 constexpr std::uint8_t kCts = 0x09;
 
@@ -17,7 +17,7 @@ constexpr std::uint64_t kReferenceHertz = 27'000'000;
 struct Audio {
     std::uint32_t hertz, jitter;
     std::uint32_t cts; // latched when its low byte is read
-    bool late;         // whether the next CTS is longer by the jitter
+    bool late;         // whether the last CTS had the jitter added
     std::span<const std::uint32_t> played;
     std::size_t next; // index of the next measurement in played
 } audio;

@@ -1,4 +1,4 @@
-// The register files of both chips, the interrupt line between them, and failing requests.
+// The video processor's registers, the interrupt line from the transmitter, and failing requests.
 
 #include "sim/board.h"
 
@@ -27,7 +27,8 @@ std::array<std::uint16_t, 0x10000> kova;
 bool kovaDead = false;
 
 struct Faults {
-    std::uint32_t first, count; // number of the first request that fails, 1 is the next one; how many fail
+    std::uint32_t first; // number of the first request that fails; 1 is the next request
+    std::uint32_t count; // how many requests fail
     std::uint32_t every, sinceFailure;
 } faults;
 

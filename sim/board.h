@@ -1,5 +1,5 @@
 #pragma once
-// What the source files of the simulated board use of each other.
+// The functions and data that the source files of the simulated board share.
 
 #include "app/transfer.h"
 #include "sim/sim.h"
@@ -16,8 +16,8 @@ struct Lock {
     std::atomic_flag taken{};
 };
 
-/// The kernel driver handles one request at a time, from whichever thread. libc.cpp takes this lock for each request, so
-/// the functions below and in sim.h that handle a request are called with the lock held.
+/// The kernel driver handles one request at a time, from whichever thread. libc.cpp holds this lock during each
+/// request. All code that runs during a request therefore has the lock already and must not take the lock again.
 extern Lock boardLock;
 
 /// Whether the board is set up, by Reset or from the environment.
@@ -48,7 +48,7 @@ struct Fault {
         Late,         ///< a write arrives only when the next write is made
         Lost,         ///< the request has no effect, and the driver reports success
         Fail,         ///< the driver reports an error
-        Kernel,       ///< the kernel answers before the driver sees the request
+        Kernel,       ///< the driver never sees the request; the kernel writes 4096 into the record and reports success
     };
     std::uint8_t page = 0, otherPage = 0; // 0 kova, 1 hdmi1, 2 hdmi2
     bool reads = false, writes = false;
@@ -56,7 +56,7 @@ struct Fault {
     Effect effect = Effect::Lost;
     std::uint16_t bits = 0;
     std::uint32_t every = 1, requests = 0;
-    bool holds = false; // Late: a write is in held
+    bool holds = false; // Late: the field held contains a delayed write
     kova_xfer held{};
 };
 
@@ -81,7 +81,7 @@ void RaiseTxInterrupt(std::uint8_t interrupts);
 // ---- audio.cpp ----
 
 void ResetAudio();
-/// Reads a register of page 1 that measures the audio. @return false if reg is not one of them
+/// Reads a register of page Hdmi2 that measures the audio. @return false if reg is not one of them
 bool ReadAudio(std::uint8_t reg, std::uint8_t& value);
 
 // ---- video.cpp ----
@@ -98,7 +98,7 @@ void ResetVideo();
 bool PausesFail();
 /// In virtual time, advances the clock by a pause. @return false in real time
 bool PassVirtually(std::uint64_t microseconds);
-/// Whether the time before the script's last line is being skipped.
+/// Whether the board still skips the waiting up to the script's last line, as with KOVA_SIM_SPEED=0.
 bool SkipsWaiting();
 /// Whether another thread of this process is running. Called without the lock, since that thread may need the lock.
 bool OthersRun();

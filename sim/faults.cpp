@@ -15,7 +15,7 @@ namespace {
 
 auto& faults = *new std::vector<Fault>; // never destroyed: see script.cpp
 
-constexpr const char* kPages[] = {"kova", "hdmi1", "hdmi2"}; // in the order of the request numbers; each page has two
+constexpr const char* kPages[] = {"kova", "hdmi1", "hdmi2"}; // in the order of the request numbers
 
 // The effects. Some need one more word, their argument.
 constexpr struct {

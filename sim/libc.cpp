@@ -3,8 +3,8 @@
 // driver would. They hide the functions of the C library, so they pass all other calls to the kernel as system calls.
 //
 // The C library's headers decide which symbol a call of open or ioctl uses. A program with 64-bit file offsets, with
-// 64-bit times or with fortified calls uses other symbols. All these symbols are defined here. The fortified headers
-// define some of them as inline functions, so these headers must be switched off.
+// 64-bit times or with fortified calls uses other symbols. All these symbols are defined here. With _FORTIFY_SOURCE the
+// headers define some of these symbols as inline functions, so _FORTIFY_SOURCE must be switched off.
 #undef _FORTIFY_SOURCE
 
 #include "app/device.h"
@@ -89,9 +89,9 @@ int OpenAt  (int folder, const char* path, int flags, mode_t mode) __asm__("open
 int OpenAt64(int folder, const char* path, int flags, mode_t mode) __asm__("openat64");
 int Ioctl   (int fd, unsigned long request, void* argument)        __asm__("ioctl");
 
-// More names of the same functions: the fortified calls, which have no mode, and the ioctl of a program whose times have
-// 64 bits. __ioctl is the C library's own name. If it were not defined here, a static program would get the C library's
-// definitions of all of them.
+// More names of the same functions: the fortified calls, which have no mode, and the ioctl of a program whose times
+// have 64 bits. __ioctl is the C library's own name. If __ioctl were not defined here, a static program would also get
+// the C library's definitions of the other names of ioctl.
 decltype(Open)     OpenChecked     __asm__("__open_2")       __attribute__((alias("open")));
 decltype(Open64)   Open64Checked   __asm__("__open64_2")     __attribute__((alias("open64")));
 decltype(OpenAt)   OpenAtChecked   __asm__("__openat_2")     __attribute__((alias("openat")));

@@ -61,7 +61,7 @@ bool LoadEdid(const char* path, std::span<const std::uint8_t>& edid) {
 struct Words {
     std::array<char*, 10> word{};
     std::size_t count = 0;
-    std::string tail; // of the line, from the third word on
+    std::string tail; // the rest of the line, from its third word on
 };
 
 bool ParseSeconds(const char* text, double& seconds) {
@@ -72,7 +72,7 @@ bool ParseSeconds(const char* text, double& seconds) {
 
 bool Is(const char* word, const char* expected) { return std::strcmp(word, expected) == 0; }
 
-// Fills the event from the words after the time. @return nullptr; for a wrong line the correct form
+// Fills the event from the words after the time. @return nullptr, or the correct form if the line is wrong
 const char* ParseEvent(const Words& words, std::span<const std::uint8_t> firstMonitor, Event& event) {
     const char* const name = words.word[1];
     const char* const argument = words.count > 2 ? words.word[2] : "";
@@ -192,8 +192,8 @@ bool ParseLine(char* line, const char* path, unsigned number, std::span<const st
 
 constexpr std::size_t kLongestLine = 4000;
 
-// Reads a line without its line end. Reading stops after a zero byte and after one character too many, since a file that
-// is not text may have no line ends. @return false at the end of the file
+// Reads a line without its line end. Reading stops after a zero byte and after kLongestLine + 1 characters, since a
+// file that is not text may have no line ends. @return false at the end of the file
 bool ReadLine(std::FILE* file, std::string& line) {
     line.clear();
     int c = std::getc(file);
@@ -291,8 +291,7 @@ bool SetUpFromEnvironment() {
     }
     if (events.empty()) {
         std::fputs("kova-sim: KOVA_SIM_SPEED=0 needs a script, since it skips the waiting up to the script's last "
-                   "line. Name one in "
-                   "KOVA_SIM_SCRIPT.\n",
+                   "line. Name a script in KOVA_SIM_SCRIPT.\n",
                    stderr);
         return false;
     }

@@ -3,8 +3,8 @@
 // five functions of the C library by which the console reaches the kernel (libc.cpp): open, ioctl and close of the device
 // node, sleep, and usleep. open and ioctl have several names, and all of them are replaced.
 //
-// When the board is preloaded under the unchanged console, environment variables set it up (script.cpp). When it is linked
-// into a test, the functions below set it up. It then starts with Reset and runs in virtual time.
+// When the board is preloaded under the unchanged console, environment variables set it up (script.cpp). When it is
+// linked into a test, the functions below set it up. The test calls Reset first. The board then runs in virtual time.
 
 #include <array>
 #include <cstdint>
@@ -52,8 +52,8 @@ void Unplug();
 /// Sets receiver sense: whether the monitor's receiver has power.
 void SetReceiver(bool on);
 /// Sets the sample rate in Hz of the audio that arrives, 0 for no audio. A change of the rate raises the audio input
-/// interrupts. The transmitter's CTS follows from the rate, from N and from the video processor's pixel clock. Every second
-/// CTS is longer by jitter.
+/// interrupts. The transmitter's CTS follows from the rate, from N and from the video processor's pixel clock. Every
+/// second CTS value is greater by jitter.
 void SetAudio(std::uint32_t hertz, std::uint32_t jitter = 0);
 /// From now on the CTS has these values, one after the other and then again from the first, whatever audio arrives. The
 /// values must outlive their use.
@@ -68,14 +68,15 @@ void FailEvery(std::uint32_t n);
 /// Sets whether the video processor is dead. Requests then succeed, but every read gives 0xFFFF and writes have no effect.
 void SetDead(bool dead);
 
-/// From now on every pause fails at once, as with a kernel that does not know the C library's system call.
+/// From now on every pause fails at once, as on a kernel without the system call that the C library's sleep uses.
 void FailPauses();
 
 /// Sets the number of status reads for which the DDC master is busy after a command.
 void SetDdcBusy(std::uint32_t statusReads);
 /// Sets the error bits (0x40, 0x20, 0x08) with which every DDC transfer ends.
 void SetDdcError(std::uint8_t bits);
-/// From now on every n-th DDC transfer is not acknowledged. 1: no transfer is, 0: all are.
+/// From now on the monitor does not acknowledge every n-th DDC transfer. 1: it acknowledges none, 0: it acknowledges
+/// all.
 void FailDdcEvery(std::uint32_t n);
 /// Sets a function that is called at the start of every DDC transfer. Its argument is the transfer's number, from 1 on. The
 /// function may change the monitor, or the busy reads and the error bits.
@@ -85,12 +86,12 @@ void SetDdcHook(void (*hook)(std::uint32_t transfer));
 
 /// Chooses virtual time: a sleep returns at once and advances the board's clock.
 void UseVirtualTime();
-/// Chooses virtual time up to this moment on the board's clock. From the sleep that reaches the moment on, the time is
-/// real.
+/// Chooses virtual time up to this moment on the board's clock. The time becomes real after the sleep that reaches this
+/// moment.
 void UseVirtualTimeUntil(std::uint64_t microseconds);
 /// Chooses real time. Sleeps end after their time divided by speed.
 void UseRealTime(double speed);
-/// The board's clock in microseconds since Reset, or since the time was chosen.
+/// The board's clock in microseconds since Reset, or since a later choice of virtual or real time.
 std::uint64_t Now();
 
 // ---- Journal ----

@@ -38,7 +38,7 @@ TEST_F(Access, FailedPausesAreReportedOnce) {
     }
 }
 
-TEST_F(Access, NodeNeverReplacesClosedStandardStreams) {
+TEST_F(Access, NodeNeverGetsDescriptorOfStandardStream) {
     const auto reopen = [] {
         close_kova();
         for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {

@@ -11,7 +11,7 @@ protected:
         Board::SetUp();
         Quietly([] { WriteNValue(6144); });
     }
-    /// Sets the output format and the video PLL of its pixel clock, which is 27 MHz * m / (p << s).
+    /// Sets the output format, and sets the video PLL to a pixel clock of 27 MHz * m / (p << s).
     static void Output(std::uint8_t frmt, std::uint16_t p, std::uint16_t m, std::uint16_t s) {
         stOutVideoInfo.frmt = frmt;
         sim::KovaRegister(0x2C) = p;
@@ -27,7 +27,7 @@ TEST_F(Audio, SetNFollowsMeasuredRate) {
         std::uint32_t hertz, jitter = 0;
     };
     for (const Case& c : {
-             Case{VIDOUT_1280x720p60, 4, 44, 2, 48'000}, // the table has no row for 74.17 MHz
+             Case{VIDOUT_1280x720p60, 4, 44, 2, 48'000}, // no row of the N table has this timing's 74.17 MHz
              Case{VIDOUT_720x480p60, 4, 16, 2, 32'000},
              Case{VIDOUT_1280x720p50, 4, 44, 2, 44'100},
              Case{VIDOUT_1280x720p50, 4, 44, 2, 48'000},
@@ -35,8 +35,8 @@ TEST_F(Audio, SetNFollowsMeasuredRate) {
              Case{VIDOUT_1280x720p50, 4, 44, 2, 96'000},
              Case{VIDOUT_1280x720p50, 4, 44, 2, 176'400},
              Case{VIDOUT_1280x720p50, 4, 44, 2, 192'000},
-             // The row of a PC timing does not have the real pixel clock.
-             // So no rate is found, but audio is switched on.
+             // The video mode table does not have the real pixel clock of a PC timing. No rate is found, but audio is
+             // switched on.
              Case{VIDOUT_1280x1024p60, 4, 16, 0, 48'000},
              // Without a stable clock nothing changes.
              Case{VIDOUT_720x480p60, 4, 16, 2, 48'000, 3},
@@ -55,7 +55,7 @@ TEST_F(Audio, ClockIsStableAfterFiveEqualRounds) {
     using Cts = std::vector<std::uint32_t>; // two measurements for each round, repeated
     for (const Cts& measurements :
          {Cts{5001}, Cts{5000}, Cts{4000, 6000}, Cts{6000, 6002, 6002, 6000}, Cts{6000, 6003}, Cts{6003, 6000},
-          Cts{6000, 6000, 4000, 4000}, // a CTS up to 5000 means no clock and leaves the count as it is
+          Cts{6000, 6000, 4000, 4000}, // a CTS up to 5000 means no clock; the count of equal rounds is kept
           Cts{6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000, 6009}, // the last round sets the count to 0
           Cts{0xFFFFFF, 0}}) {
         sim::PlayCts(measurements);

@@ -70,14 +70,15 @@ protected:
         Recorded::TearDown();
     }
 
-    /// The journal since the last call, pauses included.
+    /// Each of the next four functions takes the journal since the last call of any of them. This one returns all of
+    /// it.
     static std::string Journal() { return sim::TakeJournal(); }
 
-    /// The lines of the journal since the last call that contain this text.
+    /// The journal's lines that contain this text.
     static std::string JournalWith(const std::string& text) { return Filter(text, true); }
-    /// The journal since the last call without the pauses: one line for each transfer.
+    /// The journal without the lines of pauses. Each transfer has one line.
     static std::string Transfers() { return Filter("pause", false); }
-    /// The writes of the journal since the last call.
+    /// The journal's lines of writes.
     static std::string Writes() { return JournalWith(" w "); }
 
     /// Adds an operation to the log: its name, its messages and its transfers. If a text is given, only the journal lines

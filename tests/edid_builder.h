@@ -25,8 +25,8 @@ inline Bytes Block(Bytes bytes) {
 }
 
 // clang-format off
-/// The detailed timing of 1280 x 720 at 60 Hz: H 1280 + 370, V 720 + 30, syncs 110 + 40 and 5 + 5, 530 x 300 mm.
-/// Bit 0 of its flags has no meaning while bits 6 and 5 are 0.
+/// The detailed timing of 1280 x 720 at 60 Hz, 530 x 300 mm. Active + blanking: H 1280 + 370, V 720 + 30. Sync offset +
+/// width: H 110 + 40, V 5 + 5. Bit 0 of its flags has no meaning while bits 6 and 5 are 0.
 inline Bytes Hd720() {
     return {0x01, 0x1D, 0x00, 0x72, 0x51, 0xD0, 0x1E, 0x20, 0x6E, 0x28, 0x55, 0x00, 0x12, 0x2C, 0x21, 0, 0, 0x19};
 }

@@ -74,8 +74,9 @@ using Edid = Board;
 
 // clang-format off
 TEST_F(Edid, ReportsTimingsOfDviMonitor) {
-    // Descriptor 0 is not a detailed timing. Descriptor 1 is this one: interlaced, H 1281 + 370, V 719 + 30, syncs
-    // 111 + 300 and 37 + 50, 530 x 300 mm, borders 1 and 2. Its bytes 2 and 3 are read and added to the CRC twice.
+    // Descriptor 0 is not a detailed timing. Descriptor 1 is interlaced. Active + blanking: H 1281 + 370, V 719 + 30.
+    // Sync offset + width: H 111 + 300, V 37 + 50. Size 530 x 300 mm, borders 1 and 2. Bytes 2 and 3 of the descriptor
+    // are read and added to the CRC twice.
     const Bytes timing{1, 29, 1, 0x72, 0x51, 0xCF, 30, 0x20, 111, 0x2C, 0x52, 0x1B, 0x12, 0x2C, 0x21, 1, 2, 0xE0};
     Base base{.established = {0xA1, 0x11, 0xFF},
               .standard = {0x81, 0xC0, 1, 1, 0x01, 0x40, 0xFF, 0xBF, 1, 2, 1, 1, 1, 1, 1, 1},
@@ -166,14 +167,16 @@ TEST_F(Edid, ParseHandlesAnyTimingsOffset) {
         // The search finds no HDMI block when the timings start at offset 4 or below.
         {"HDMI, 0", monitor(0, hdmi)}, {"HDMI, 1", monitor(1, hdmi)}, {"HDMI, 2", monitor(2, hdmi)},
         {"HDMI, 3", monitor(3, hdmi)}, {"HDMI, 4", monitor(4, hdmi)},
-        // Parsed alone, the collection is empty at offset 0 or 4. At 1, 2 and 3 its first data block is read.
+        // ParsingCEADataBlockCollection, called alone, finds no data block at offset 0 or 4. At offset 1, 2 or 3 it
+        // reads the first data block.
         {"video, 0", monitor(0, video)}, {"video, 1", monitor(1, video)}, {"video, 2", monitor(2, video)},
         {"video, 3", monitor(3, video)}, {"video, 4", monitor(4, video)}, {"video, 5", monitor(5, video)},
         // An HDMI block that is longer than the collection ends the collection. The first timing begins in that block.
         {"HDMI, 6", monitor(6, hdmi)},
         // The search goes past the end of the block. At the end of the segment its address wraps to 0.
         {"nothing, 255", Join({Base{.extensions = 1, .descriptors = {}}.Build(), Block({2, 3, 255, 0})})},
-        // Timings up to the end of the block and beyond. The first timing that begins above 108 is the last one.
+        // Timings up to the end of the block and beyond. The parse ends after the first timing that begins above offset
+        // 108.
         {"timings to 109", monitor(19, Join({hdmi, Bytes(9), timings}))},
         {"timings to 108 and then at 126", monitor(18, Join({hdmi, Bytes(8), timings}))}};
     for (const Case& c : cases) {
@@ -185,9 +188,10 @@ TEST_F(Edid, ParseHandlesAnyTimingsOffset) {
     }
 }
 
-// A failed read ends the parse, and a read that times out gives zeros. There are two exceptions. If a read of the search
-// for the vendor-specific block fails, no block is found. If the read of the signature fails, the signature counts as right,
-// and the read of the physical address decides. Without a signature the timings of block 0 are parsed.
+// A failed read ends the parse, and a read that times out gives zeros. There are two exceptions. If a read of the
+// search for the vendor-specific block fails, no block is found. If the read of the signature fails, the signature
+// counts as right. The parse then ends only if the read of the physical address fails too. An EDID without the
+// signature is a DVI monitor's: the timings of block 0 are parsed.
 TEST_F(Edid, FailedReadEndsTheParse) {
     const std::vector<Case> cases{
         {"DVI", Base{}.Build()}, {"HDMI", Bytes(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end())},
@@ -214,7 +218,7 @@ TEST_F(Edid, FailedReadEndsTheParse) {
 
 // A failed read of the segment register gives segment 0xFF, and the request selects that segment. Segment 0 is selected
 // after the parse, whichever request of the parse fails.
-TEST_F(Edid, LostSegmentIsSelectedAgain) {
+TEST_F(Edid, SegmentZeroIsSelectedAgainAfterFailure) {
     EDIDParseResult result{};
     std::uint8_t transfer = 0xFF;
     const auto parse = [&] { transfer = ParseEDID(&result); };
