@@ -1,4 +1,4 @@
-// The video processor's registers, the interrupt line from the transmitter, and failing requests.
+// The video processor's registers, the interrupt line from the transmitter, the requests, and failing requests.
 
 #include "sim/board.h"
 

@@ -1,7 +1,8 @@
 #pragma once
-// The simulated board. It stands in for the kernel driver, both chips, and a monitor on the HDMI output. It replaces the
-// five functions of the C library by which the console reaches the kernel (libc.cpp): open, ioctl and close of the device
-// node, sleep, and usleep. open and ioctl have several names, and all of them are replaced.
+// The simulated board. It stands in for the kernel driver, both chips, and a monitor on the HDMI output. It replaces
+// the five functions of the C library by which the console reaches the kernel (libc.cpp): open, ioctl and close of the
+// device node, sleep, and usleep. open and ioctl have several names. Those that the C library's headers can select are
+// all replaced.
 //
 // When the board is preloaded under the unchanged console, environment variables set it up (script.cpp). When it is
 // linked into a test, the functions below set it up. The test calls Reset first. The board then runs in virtual time.

@@ -43,7 +43,7 @@ protected:
 };
 
 TEST_F(Faults, StartUpSurvivesAnyFailedRequest) {
-    const auto startUp = [] { // sets what a caller may have changed before
+    const auto startUp = [] { // first fills the records with values that a caller may have left
         stSrcVideoInfo = {.mode = 255, .auxFlags = 255, .ycOffset = 7, .stClip = {1, 2, 3, 4}, .flags = 0xFFFF};
         stOutVideoInfo = {.frmt = 255, .auxFlags = 0xFFFF, .stZoom = {1, 2, 3, 4}, .stView = {1, 2, 3, 4}, .hue = 1};
         CreateKOVAAPIVideoInstance();
@@ -76,7 +76,8 @@ TEST_F(Faults, LoopSurvivesAnyFailedRequest) {
             pass(passes);
         });
     };
-    // The loop's state is kept from run to run. So each run begins at the start of a period, after passes without a sink.
+    // The loop's state is kept from run to run. The loop repeats its steps every 992 passes (kPeriod). So passes
+    // without a sink fill each run up to a whole period, and each run begins at the start of a period.
     const auto unplug = [&](unsigned passes) { Try(0, [&] { pass(kPeriod - passes); }); };
     const std::uint32_t requests = plug(0, kOn);
     ASSERT_GT(requests, 2000U);
@@ -92,8 +93,8 @@ TEST_F(Faults, LoopSurvivesAnyFailedRequest) {
             wrong += failed + ": state " + std::to_string(OutputState) + "\n";
         }
     }
-    // The CRC has 13 effective bits. If this read fails, the wrong EDID has the same CRC as the good EDID, so the output
-    // stays DVI until the next hot plug.
+    // The CRC has 13 effective bits. One read of the EDID FIFO (f4) can fail so that the wrong EDID has the same CRC as
+    // the good EDID. The output then stays DVI until the next hot plug.
     EXPECT_EQ(wrong, "hdmi1 r f4 00: state 5\n");
 }
 

@@ -11,7 +11,7 @@ TEST_F(InfoFrames, AviDescribesFormatColoursAndAspect) {
     sim::TxRegister(sim::Page::Hdmi2, 0x2F) = 0x01;
     for (const Case& c : {
              Case{VIDOUT_1280x720p60, RGB444_8, 0},
-             Case{VIDOUT_1920x1080i60, YUV444_8, 0}, // BT.601, since the table has the lines of a field
+             Case{VIDOUT_1920x1080i60, YUV444_8, 0}, // BT.601, since the table's 562 lines of a field count as SD
              Case{VIDOUT_1920x1080p60, SEP422_8, 0}, Case{VIDOUT_1024x768p60, RGB444_8, 0},
              Case{VIDOUT_720x480i60, YUV444_8, 0},
              Case{VIDOUT_1280x720p60, EMB422_8, 2}, // only RGB444_8 and SEP422_8 do not count as 4:4:4

@@ -57,7 +57,7 @@ TEST_F(KovaWindows, DestinationFollowsInputClipAndView) {
 
 TEST_F(KovaWindows, ScalerSetsLoadOnlyWhenNeeded) {
     KOVAPLLClock = 2;
-    stKOVADstWIN.h = 481; // 481 / 2 is 240 lines
+    stKOVADstWIN.h = 481; // A view of less than 481 / 2 = 240 lines needs the other set.
     for (const unsigned viewH : {240U, 239U}) {
         for (const char* const time : {"first", "again"}) {
             stKOVAViewWIN.h = static_cast<std::uint16_t>(viewH);

@@ -73,7 +73,7 @@ using Values = std::map<std::string, std::vector<unsigned>>;
 
 class RegisterMap : public KovaDriver {
 protected:
-    /// Runs init on registers that hold this value. @return by the chip's name, what its registers hold afterwards
+    /// Runs init on registers that hold this value. @return the registers' values after init, for each chip's name
     Values AfterInit(std::uint16_t held) {
         close_kova();
         SetUp();

@@ -91,7 +91,7 @@ TEST_F(SimSetUp, TimeIsRealByDefault) {
     EXPECT_LE(to[1] - from[1], to[2] - from[0] + 2);
 }
 
-// The C library has several names for these functions. Calls for other files go to the kernel. Requests that the driver
+// The C library has several names for open and ioctl. Calls for other files go to the kernel. Requests that the driver
 // does not know fail.
 TEST_F(SimSetUp, EveryOpenAndIoctlNameWorks) {
     EXPECT_EQ(SetUpBoard(), "");

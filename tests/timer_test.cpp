@@ -144,8 +144,9 @@ TEST_F(Loop, StoredInterruptsAreReportedOnce) {
     Log("16", [] { EXPECT_EQ(KOVAAPI_EnableIRQ(16, 0, 0, 1), 1); });
 }
 
-// While the flag says that the loop runs, no thread is created, so a failure cannot occur.
-TEST_F(Loop, ProgramEndsWithoutThread) {
+// While ControlLoop_OnOff is 1, ControlLoopStart creates no thread and cannot fail. Afterwards it fails and ends the
+// program.
+TEST_F(Loop, ProgramEndsIfThreadCannotBeCreated) {
     EXPECT_EXIT(
         {
             pthread_attr_t attributes;
