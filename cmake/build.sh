@@ -17,15 +17,15 @@ build_preset() {
     esac
     mkdir -p "$folder" || return 1
     (
-        # Two builds in one folder disturb each other. A machine without flock has to do without this protection.
+        # Two builds in one folder disturb each other, so a lock protects the folder, if flock exists.
         ! command -v flock >/dev/null || flock -n 9 || {
             echo "Waiting until another build in $folder has ended ..." >&2
             flock 9
         }
         # Only the board's preset uses a toolchain file.
         [ "$preset" = powerpc ] || unset CMAKE_TOOLCHAIN_FILE
-        # CMake keeps the compiler and the source folder of its first run. When one of them is another one now, the
-        # folder is configured anew.
+        # CMake keeps the compiler and the source folder of its first run. When the compiler or the source folder has
+        # changed, the folder is configured again.
         program=$(command -v ${CXX:-c++} || true)
         setting="$PWD|${CC:-}|${CXX:-}|$program|${CMAKE_TOOLCHAIN_FILE:-}"
         if [ "$setting" != "$(cat "$folder/setting" 2>/dev/null)" ]; then

@@ -1,4 +1,4 @@
-# The console, and the simulated board that it runs on where there is none.
+# The console, and the simulated board. The console runs on the simulated board where no real board is available.
 find_package(Threads REQUIRED)
 
 # Everything of the console but its main function.
@@ -15,7 +15,8 @@ file(GLOB SIM_SOURCES CONFIGURE_DEPENDS sim/*.cpp)
 add_library(kova-board OBJECT ${SIM_SOURCES})
 kova_code(kova-board)
 target_link_libraries(kova-board PUBLIC Threads::Threads)
-# The thread sanitizer must not see the board's lock. It would take the lock for one that orders the console's threads.
+# The thread sanitizer must not see the board's lock. Otherwise the sanitizer would assume that this lock orders the
+# console's threads, and would miss data races.
 if(KOVA_SANITIZE STREQUAL "thread")
   kova_plain(kova-board)
 endif()

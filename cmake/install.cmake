@@ -45,7 +45,7 @@ install(FILES examples/CMakeLists.txt examples/transmitter.cpp
 
 target_include_directories(kova INTERFACE $<INSTALL_INTERFACE:${KOVA_INCLUDEDIR}>)
 install(TARGETS kova EXPORT kova ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
-# CMake does not strip static libraries. Without this one's debug information it takes a fraction of the space.
+# CMake does not strip static libraries. So libkova.a is stripped here, which makes the file much smaller.
 install(CODE "if(CMAKE_INSTALL_DO_STRIP)
   set(library \"${CMAKE_INSTALL_LIBDIR}/libkova.a\")
   cmake_path(ABSOLUTE_PATH library BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
@@ -58,7 +58,7 @@ install(EXPORT kova NAMESPACE kova:: FILE kovaConfig.cmake DESTINATION ${KOVA_CM
 write_basic_package_version_file(kovaConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/kovaConfigVersion.cmake DESTINATION ${KOVA_CMAKEDIR} COMPONENT development)
 
-# kova.pc names the prefix. It is known only when the files are installed, since cmake --install has the option --prefix.
+# kova.pc names the prefix. The prefix is known only at installation, since cmake --install has the option --prefix.
 install(CODE "
 set(PROJECT_VERSION ${PROJECT_VERSION})
 set(KOVA_INCLUDEDIR \"${KOVA_INCLUDEDIR}\")

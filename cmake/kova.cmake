@@ -1,7 +1,7 @@
 # How the code of this project is compiled.
 
 set(KOVA_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
-# Only .ci/run sets this variable: another compiler may warn of more.
+# Only .ci/run sets this variable. A user's compiler may print other warnings, which must not stop the build.
 if(DEFINED ENV{KOVA_WERROR})
   list(APPEND KOVA_WARNINGS -Werror)
 endif()
@@ -10,7 +10,7 @@ if(KOVA_SANITIZE)
   # With -Og nothing is optimised away before it is checked.
   add_compile_options(-Og -fsanitize=${KOVA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${KOVA_SANITIZE})
-  # The runtimes are linked statically, so that the simulated board can be preloaded under the console. clang's always are.
+  # Static runtimes let the simulated board be preloaded under the console. clang always links its runtimes statically.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     if(KOVA_SANITIZE MATCHES "address")
       add_link_options(-static-libasan -static-libubsan)

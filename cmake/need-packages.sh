@@ -1,5 +1,5 @@
 # Sourced by the scripts of this project: need_packages NAME... installs the Debian packages that are missing. A package
-# is missing when its program is, wherever that program comes from.
+# counts as missing when its program is not found. The program may also come from elsewhere than from a package.
 
 is_missing() {
     case $1 in
@@ -8,7 +8,7 @@ is_missing() {
     ninja-build) set -- ninja ;;
     qemu-user) set -- qemu-ppc ;;
     debhelper) set -- dh ;;
-    build-essential | googletest | lib*) # These have no program. On another system than Debian CMake looks for them itself.
+    build-essential | googletest | lib*) # No program to look for. Without dpkg, CMake looks for them itself.
         command -v dpkg-query >/dev/null && ! dpkg-query -W -f '${Status}\n' "$1" 2>/dev/null | grep -q ' installed$'
         return
         ;;

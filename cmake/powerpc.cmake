@@ -1,7 +1,7 @@
-# The board: 32-bit big-endian PowerPC. It is built by Debian's cross compiler, by the one that CC and CXX name, or as
-# the toolchain file says that CMAKE_TOOLCHAIN_FILE in the environment names. Here its programs run by user-mode emulation.
+# The board: 32-bit big-endian PowerPC. Its programs are built by Debian's cross compiler, or by the compilers in CC and
+# CXX, or with the toolchain file in the environment variable CMAKE_TOOLCHAIN_FILE. qemu-ppc runs them here.
 
-# The cache keeps the file's name: ninja runs CMake again where the environment may be another one.
+# The cache keeps the name of the toolchain file, since ninja can run CMake again later with another environment.
 set(KOVA_TOOLCHAIN_FILE "$ENV{CMAKE_TOOLCHAIN_FILE}" CACHE FILEPATH "Toolchain file of another cross compiler")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KOVA_TOOLCHAIN_FILE)
 if(KOVA_TOOLCHAIN_FILE)

@@ -1,5 +1,5 @@
 #pragma once
-// The sink capability reader. It reads the monitor's EDID through the transmitter's DDC master, prints what it finds on
+// The EDID reader. It reads the monitor's EDID through the transmitter's DDC master, prints what it finds on
 // standard error and stores the results in the variables below. An application includes this header to use the reader.
 //
 // Only one thread may call these functions: the thread that runs the transmitter's handlers. The reader uses no lock.

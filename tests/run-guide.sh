@@ -1,14 +1,16 @@
 #!/bin/sh
-# Runs the guide: does what its console blocks do and looks for what they show in what comes out.
+# Tests the guide. Runs the commands of its console blocks, and checks that the real output contains the output that the
+# blocks show.
 #
 # usage: run-guide.sh DOCS PROGRAM [EMULATOR...]
 # DOCS: the folder of bring-up.md and messages.md; PROGRAM: the console, with the simulated board beside it
 #
 # In a console block, a line "$ COMMAND" is carried out by sh. There ./run is the console on the simulated board, and
-# kova-console the console without it. "Please Input Command : LINE" is typed. What follows a line "kova-sim: TEXT" is
-# typed once that line has come. Every line of the block must come out, each right after the one before it. "..." stands
-# for any lines, and so does the end of a block. A command with nothing below it must print nothing. The blocks leave out
-# empty lines, the usage summary and the echo of what is typed. The source line's number in NAME[32]( may be any.
+# kova-console the console without it. For "Please Input Command : LINE" the test types LINE. After a line
+# "kova-sim: TEXT" the test types nothing until the output contains that line. The output must contain all lines of the block, one
+# directly after the other. "..." stands for any lines. Any lines may follow the end of a block. A command without lines
+# below it must print nothing. The blocks leave out empty lines, the usage summary and the echo of what is typed. In
+# "NAME[32](" the source line number 32 is not compared.
 set -u
 docs=$1 CONSOLE=$2
 shift 2
@@ -42,7 +44,8 @@ type_lines() {
 
 squeeze() { sed 's/[[:blank:]]\{1,\}/ /g; s/^ //; s/ $//; s/\([[:alpha:]]\)\[[0-9]*\](/\1[](/; /^$/d'; }
 
-# Reports begin with their newline instead of ending in it, and the prompt has none: anything may follow them in a line.
+# A report begins with a newline and has none at its end. The prompt has no newline. So other text may follow a report
+# or a prompt on the same line.
 as_shown() {
     tr -d '\r' |
         awk '{ gsub(/Please Input Command : /, ""); gsub(/Your Input Command = \[|kova-sim: /, "\n&"); print }' |

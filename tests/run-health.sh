@@ -1,5 +1,5 @@
 #!/bin/sh
-# Plants faults into the simulated board and looks for the link that kova-health names.
+# Plants faults into the simulated board. Checks that kova-health names the broken link of health.txt for each fault.
 #
 # usage: run-health.sh TOP PROGRAM [EMULATOR...]
 # TOP: the folder of health/; PROGRAM: the console, with the simulated board beside it
@@ -19,11 +19,13 @@ head -c 128 /dev/zero >"$folder/zeros"
 cd "$folder" || exit 1
 export CONSOLE EMULATOR PRELOAD KOVA_SIM_SPEED KOVA_SIM_SCRIPT="$folder/script" KOVA_SIM_JOURNAL="$folder/journal"
 
-# A row: the link that is named, the only link to check, seconds of hot plug, the lines of the script.
+# A row has four cells: the link that kova-health must name (empty: none), the argument of --only, the argument of
+# --watch, and the lines of the board's script.
 failed=0
 while IFS='|' read -r link only watch script; do
     KOVA_SIM_SPEED=1000
-    # With speed 0 only transfers of the video processor take time, 0.1 ms each. The small times below count them.
+    # With speed 0 only transfers of the video processor take time, 0.1 ms each. A small time in a script below
+    # therefore means a number of such transfers.
     case $script in *"say end") KOVA_SIM_SPEED=0 ;; esac
     printf '%s\n' "$script" | tr ';' '\n' >"$folder/script"
     yes '' | sh "$top/health/kova-health.sh" --quick --watch "${watch:-0}" ${only:+--only} ${only:+"$only"} \
@@ -34,7 +36,7 @@ while IFS='|' read -r link only watch script; do
     *) sed -n "s/^link $link | \(.*\)/The first broken link: $link\nRead on: bring-up.md, \"\1\"\nstatus 1/p" "$top/health/health.txt" ;;
     esac >"$folder/wanted"
     tail -n "$(wc -l <"$folder/wanted")" "$folder/shown" | cmp -s "$folder/wanted" - && [ -s "$folder/wanted" ] && continue
-    printf 'not named: %s, with %s:\n' "${link:-none}" "$script"
+    printf 'wrong verdict: kova-health should name the link "%s" with the script "%s", but it shows:\n' "${link:-none}" "$script"
     cat "$folder/shown"
     failed=1
 done <<'END'
@@ -75,7 +77,7 @@ audio rate|audio rate||0 audio 44100
 |audio rate||
 END
 
-# The last session on the board writes back what init does not write, and ends with init.
+# The last session on the board first restores the registers that init does not write. Then it runs init.
 sed 's/ *[0-9.]* //' "$folder/journal" | tr '\n' ';' | grep -q '^kova w 000e 0000;kova w 0024 0000;.*hdmi2 r 1d 48;close;$' ||
     { echo 'the board is not left as init leaves it'; failed=1; }
 exit $failed

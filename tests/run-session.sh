@@ -61,8 +61,8 @@ echo "[exit status $status]" >>"$shown"
 actual=$shown
 if [ -f "$name.keep" ]; then
     actual=$folder/kept
-    # The prompt is left out, since another thread prints what follows it. Journal lines and the exit status get lines of
-    # their own.
+    # The prompt is left out, since another thread can print text behind the prompt. Journal lines and the exit status
+    # get lines of their own.
     sed -e 's/Please Input Command : //' -e 's/ *[0-9]*\.[0-9]\{6\} [kh][a-z0-9]* [rw] /\
 &/' -e 's/\[exit status/\
 &/' "$shown" | grep -aE "$(cat "$name.keep")|^\[exit status|Sanitizer:" >"$actual"
