@@ -34,8 +34,8 @@ void SystemMainCtrlLoop() {
         // A failed sleep is not reported here. The pauses before the transfers then fail as well, and the first failed
         // pause reports the reason.
         sleep(1);
-        // The order matters. The interrupt handler uses the status that was just stored. The timer handler uses the
-        // output state, which the interrupt handler may have changed.
+        // The order matters. The interrupt handler uses the interrupt status that KOVAAPI_GetParseIRQ stores. The timer
+        // handler uses the output state, which the interrupt handler may have changed.
         KOVAAPI_GetParseIRQ();
         HDMIHandler();
     }

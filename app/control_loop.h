@@ -8,8 +8,8 @@
 /// pass.
 extern std::atomic<std::int32_t> ControlLoop_OnOff;
 
-/// Starts the loop thread. Waits first until an earlier loop thread has ended. Does nothing while ControlLoop_OnOff is
-/// 1. When no thread can be created, prints the reason on standard error and ends the program with status 1.
+/// Does nothing while ControlLoop_OnOff is 1. Otherwise waits until an earlier loop thread has ended, then starts the
+/// loop thread. When no thread can be created, prints the reason on standard error and ends the program with status 1.
 void ControlLoopStart();
 
 /// Body of the loop thread: makes passes until ControlLoop_OnOff is 0. Each pass sleeps for one second and then runs

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Shows the version of a built console to this command: strings kova-console | grep '^kova-console '
+// The version string in the program file. To print it: strings kova-console | grep '^kova-console '
 [[gnu::used, gnu::retain]] constexpr char kVersion[] = "kova-console " KOVA_VERSION; // NOLINT(modernize-avoid-c-arrays)
 
 std::array<char, BUFSIZ> outputBuffer;

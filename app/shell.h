@@ -14,8 +14,8 @@ void usage_command();
 /// Executes the line in input_command. The register commands come first, then the line commands.
 void CommandProcess();
 
-/// Converts a token of at most four hexadecimal digits. A longer token gives 0. Only 0 to 9 and a to f count. Any other
-/// character, also an upper-case letter, counts as the digit 0.
+/// Converts a token of at most four hexadecimal digits. A longer token gives 0. Only 0 to 9 and a to f are digits. Any
+/// other character, also an upper-case letter, is converted as the digit 0.
 std::uint16_t hex2dec(const char* str);
 
 /// Reads and executes lines. Returns after a line whose first word is "q". The end of the input acts as the line "q".

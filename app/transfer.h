@@ -36,7 +36,7 @@ extern std::int32_t s_fd;
 std::int32_t write_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1);
 
 /// Reads one video processor register, after the same pause as write_kova.
-/// @param d0, d1  the data bytes of the record before the request
+/// @param d0, d1  the function stores these in the two data bytes of the record before the request
 /// @return bits 15..8 of the register in bits 7..0, and bits 7..0 of the register in bits 15..8. When the request
 ///         fails: -1, after a message on standard output.
 std::int32_t read_kova(std::int32_t fd, std::uint16_t addr, std::uint8_t d0, std::uint8_t d1);

@@ -100,8 +100,8 @@ std::uint8_t WaitForStableCTS() {
 std::uint8_t GetFs(std::uint16_t pixclk) {
     const std::uint32_t cts = ReadCTSValue() / 100;
     const std::uint32_t n = ReadNValue();
-    // The product needs 64 bits, because N can have 24 bits. This new CTS can be below 100. The rate is 0 then, which
-    // avoids a division by zero.
+    // The product needs 64 bits, because N can have 24 bits. CTS is read again here, after the wait, and can be below
+    // 100. The rate is 0 then, which avoids a division by zero.
     const std::uint64_t fs = cts != 0 ? (std::uint64_t{pixclk} * n >> 7) / cts : 0;
     std::fprintf(stderr, " \n\rHDMI TX : CTS Value = %u, N Value = %u, Fs Value = %llu", cts, n,
                  static_cast<unsigned long long>(fs));

@@ -61,7 +61,7 @@ constexpr std::uint8_t Replace(std::uint8_t value, std::uint8_t mask, std::uint8
 std::uint8_t VideoModeBits(std::uint8_t value) {
     if (OutVideoMode < kBitsOfPortMode.size()) {
         value = Replace(value, kPortBits, kBitsOfPortMode[OutVideoMode]);
-    } else { // An output port does not have these modes. Sync extraction and upsampling stay as they are.
+    } else { // Modes above 7 do not exist at an output. Sync extraction and upsampling stay as they are.
         value = Replace(value, kYcDemux | kDithering, 0);
     }
     // A DVI sink accepts RGB only.

@@ -60,7 +60,7 @@ void InitHDMITX();
 /// Starts DVI operation. Sets no audio and does not enable the audio interrupts. Writes 0x72:0x0C = 0x88 in addition.
 void InitDVITX();
 
-/// Selects HDMI mode, writes the first N value, 0x7A:0x01 = 0x02 and the master clock, and calls InitDVDAudio.
+/// Selects HDMI mode and writes the first N value. Then writes 0x7A:0x01 = 0x02, calls SetMCLK and calls InitDVDAudio.
 /// The N value follows from byte 2 of DefaultAudioConfig: 4096 for 32 kHz, 6272 for 44.1 kHz, 6144 for 48 kHz. No N is
 /// written for any other code.
 void InitAudioPart();
@@ -119,8 +119,8 @@ extern std::uint8_t OldOutputState; ///< The state that was printed last.
 /// DVI without reading the EDID. A sink that is connected from the start is confirmed at pass 104.
 ///
 /// Pass 984 and every 992nd pass after it count the time-out. OUTPUT_CHECK_EDID becomes OUTPUT_DVI at the second of
-/// these passes after it began. In HDMI mode, these passes also call SetN when S/PDIF is selected and the audio input
-/// is off.
+/// these passes since the state became OUTPUT_CHECK_EDID. In HDMI mode, these passes also call SetN when S/PDIF is
+/// selected and the audio input is off.
 void HDMITxTimerHandler();
 
 // ---- InfoFrames (CEA-861) and the general control packet ----
@@ -148,7 +148,7 @@ void SendAUDInfoFrame();
 ///              0: the packet of bits 1..0 of register 0x3F. Both bits are set.
 ///              255: switches nothing on. Clears bits 4 and 0 of 0x3E, then calls Control_INF_CTRL1. In HDMI mode the
 ///              other bits of 0x3E stay unchanged, so bit 5 (audio) and bit 1 (AVI) can stay set.
-/// @return 0. 1 for any other code: the function then writes no register.
+/// @return 0 for these codes. For any other code, the function returns 1 and writes no register.
 std::uint8_t EnableInfoFrame(std::uint8_t code);
 
 /// Writes InfoFrame control 1, register 0x3E. In HDMI mode, sets the two bits of the type: bits 1..0 for 0x82, 3..2 for

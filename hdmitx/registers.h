@@ -8,7 +8,7 @@ namespace hdmitx {
 
 // ---- Page 0 ----
 
-inline constexpr std::uint8_t kInputClock = 0x48;       // bits 7..2: clock setting; bit 4: HD colour conversion
+inline constexpr std::uint8_t kInputClock = 0x48;       // bits 7..2: clock setting; bit 4 is also HD colour conversion
 inline constexpr std::uint8_t kInterruptStatus = 0x71;  // writing 1 to a bit acknowledges and clears it
 inline constexpr std::uint8_t kAudioInputEvents = 0x18; // bits of kInterruptStatus: bi-phase error, sample dropped
 

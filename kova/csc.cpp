@@ -93,7 +93,7 @@ constexpr HueTable SinHue() {
     return table;
 }
 
-// ---- Choice ----
+// ---- Choice of the built-in set ----
 
 // First index: definition of the source, standard or high. Second index: kind of output.
 constexpr const CscSet* kRgbInput[2][2] = {

@@ -20,7 +20,8 @@ constexpr std::uint16_t kWidest10Bit = 768;
 /// noise reduction for every use. Film mode 3, chroma mode 1, current motion threshold 16, current motion select 2.
 constexpr DeintState kDefaults{.state = DEINT_NR_ON, .v2tab = 0, .choices = 0x107F, .nrUse = 0xBF};
 
-/// The driver overrides a choice of the caller while any of these state bits is set, or while all of them are clear.
+/// The driver overrides a choice of the caller while any of these state bits is set (whileSet true), or while all of
+/// them are clear (whileSet false).
 struct Override {
     std::uint8_t bits;
     bool whileSet;
@@ -30,7 +31,7 @@ struct Override {
 template <typename Word>
 struct Guarded {
     Word DeintState::*keptIn;
-    Word bits; // the bits of the choice in that member
+    Word bits; // the bits of the member keptIn that hold the choice
     Override override;
     std::uint16_t forced;
     Field field;
@@ -159,7 +160,7 @@ std::uint8_t SetAndUpdate(Field first, Field second, std::uint16_t value) {
 
 } // namespace
 
-// ---- As a whole ----
+// ---- The whole deinterlacer ----
 
 std::uint8_t KOVAAPI_LoadDeintData() {
     if (Write(kFirstRegister, KOVA_DeintFactor)) {

@@ -11,21 +11,21 @@
 
 #include <cstdint>
 
-// ---- As a whole ----
+// ---- The whole deinterlacer ----
 
-/// Loads the default values into the registers 0x500 to 0x53F and sets every choice below to its default. Must run
-/// before the first video path update. Ends with a local register update.
+/// Loads the default values into the registers 0x500 to 0x53F and sets the stored choices of the caller (see below) to
+/// their defaults. Must run before the first video path update. Ends with a local register update.
 std::uint8_t KOVAAPI_LoadDeintData();
 
 /// A step of the video path update. Uses the window sizes and the precision that earlier steps have decided. Forces
 /// high-definition mode for a stored picture wider than 1024 pixels at 8-bit precision, or wider than 768 pixels at
-/// 10-bit precision. Switches the mode off for any other picture. Gives KOVAAPI_EnableDeintHD3DAdp the same value.
-/// Forces V2TAB when an interlaced picture is shown at less than half its height. Writes the choices of the caller
-/// again. Sets the caption position threshold to three quarters of the active height.
+/// 10-bit precision. Switches the mode off for any other picture. Switches HD3DAdp on and off together with this mode.
+/// Forces V2TAB on when an interlaced picture is shown at less than half its height. Writes the stored choices of the
+/// caller (see below) again. Sets the caption position threshold to three quarters of the active height.
 std::uint8_t KOVAAPI_SetDeinterMode(const SrcVideoInfo* src);
 
 /// Sets the Y mode: 0x500 bits 15..14. 0x402 bit 15 becomes 1 for the value 2, and 0 for any other value.
-/// @param value  0 to 3. The start-up sequence uses 1. The high-definition double mode uses 2.
+/// @param value  0 to 3. The start-up sequence uses 1. High-definition double mode (see video_process.h) uses 2.
 std::uint8_t KOVAAPI_SetDeintYMode(std::uint16_t value);
 
 /// Switches fast motion (0x503 bit 15, may be overridden, see below) and next motion (0x501 bit 13).
@@ -43,8 +43,8 @@ std::uint8_t KOVAAPI_EnableDeintHDMode(std::uint8_t on);
 // ---- Choices that the driver may override ----
 // While a setting is overridden, its setter writes the override value and ignores its argument. The choice made before
 // the override is kept. When the override has ended, the next video path update writes this choice again.
-// KOVAAPI_EnableDeintNR does the same for the uses of noise reduction. The driver stores a choice without masking. A
-// film mode or a chroma mode above 3 therefore changes other stored choices.
+// KOVAAPI_EnableDeintNR also writes the stored choices for the uses of noise reduction again. The driver stores a
+// choice without masking. A film mode or a chroma mode above 3 therefore changes other stored choices.
 
 // Overridden in high-definition mode. Each line states the override value. The film modes 0, 1, 2 and 3 are written as
 // the codes 0, 5, 6 and 4. Any other film mode is written as 0.
@@ -71,8 +71,8 @@ std::uint8_t KOVAAPI_EnableDeintSlowMotionNRUse(std::uint8_t on);  ///< 0x524 bi
 std::uint8_t KOVAAPI_EnableDeintStillMotionNRUse(std::uint8_t on); ///< 0x524 bit 13
 
 // ---- Plain settings ----
-// Each function writes one setting. The range of the value is in brackets. The video path update sets
-// KOVAAPI_SetDeintCaptionVposiThres and KOVAAPI_EnableDeintHD3DAdp again.
+// Each function writes one setting. The range of the value is in brackets. The video path update calls
+// KOVAAPI_SetDeintCaptionVposiThres and KOVAAPI_EnableDeintHD3DAdp and so replaces these two settings of the caller.
 
 // clang-format off
 // Current motion

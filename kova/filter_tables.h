@@ -24,8 +24,8 @@ inline constexpr FilterSet8 KOVA_PeakingFilter       {0x0200, 0x0000, 0xFF00, 0x
 inline constexpr FilterSet4 KOVA_CEFilter_Spline_1_00{0x0100, 0x00A0, 0x0000, 0xFFE0};
 inline constexpr FilterSet4 KOVA_SurfaceFilter       {0x0100, 0x0080, 0x0080, 0x0080};
 
-/// Luma and chroma transient improvement: words for the two registers of each. It is not known whether the chip expects
-/// the second word in the second register.
+/// Luma and chroma transient improvement. LTI, CTI Cb and CTI Cr have two registers each, which get these two words. It
+/// is not known whether the chip expects the second word in the second register.
 inline constexpr std::array<std::uint16_t, 2> KOVA_LTICTIFactor{0x02F9, 0x5018};
 
 /// Points of the black/white extension curve.

@@ -22,10 +22,10 @@ std::uint8_t KOVAAPI_EnableFrontNRYFilter(std::uint8_t on); ///< 0x42A bit 0
 std::uint8_t KOVAAPI_EnableFrontNRCFilter(std::uint8_t on); ///< 0x42A bit 3
 std::uint8_t KOVAAPI_EnableMedianFilter(std::uint8_t on);   ///< 0x42A bit 1
 
-/// A step of the video path update. While the picture is decimated and high-definition double mode is off, this step
-/// switches both front filters on and loads high-definition coefficients for the width of the view window. Otherwise
-/// this step switches both filters off and leaves the coefficients as they are. Registers: 0x42A, 0x42C to 0x42F, 0x422
-/// to 0x429. A local register update follows each change.
+/// A step of the video path update. While the picture is decimated and high-definition double mode (see
+/// video_process.h) is off, this step switches both front filters on and loads high-definition coefficients for the
+/// width of the view window. Otherwise this step switches both filters off and leaves the coefficients as they are.
+/// Registers: 0x42A, 0x42C to 0x42F, 0x422 to 0x429. A local register update follows each change.
 std::uint8_t KOVAAPI_SetFrontNRFilterInHD();
 
 // ---- Peaking: sharpness ----
@@ -47,7 +47,7 @@ std::uint8_t KOVAAPI_EnableCTICr(std::uint8_t on); ///< Cr: 0x466, 0x467
 
 // ---- Colour enhancement and surface filter ----
 
-std::uint8_t KOVAAPI_SetColorEnhFilterCoef(const FilterSet4* coef); ///< 0x468 to 0x46B, then 1 to 0x46C
+std::uint8_t KOVAAPI_SetColorEnhFilterCoef(const FilterSet4* coef); ///< 0x468 to 0x46B; then writes 1 into 0x46C
 std::uint8_t KOVAAPI_SetSurfaceFilterCoef(const FilterSet4* coef);  ///< 0x46D to 0x470
 std::uint8_t KOVAAPI_EnableSurfaceFilter(std::uint8_t on);          ///< 0x471, the whole register
 

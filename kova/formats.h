@@ -95,8 +95,8 @@ enum VideoFlag : std::uint16_t {
 /// Bits of auxFlags in the source record.
 enum SrcAux : std::uint8_t {
     SRCAUX_COMP_HSYNC = 0x01,     ///< composite horizontal sync, port A only
-    SRCAUX_HIGH_TOP_FIELD = 0x02, ///< high top field ID
-    SRCAUX_INPUT_FIELD = 0x04,    ///< input field ID, port A only
+    SRCAUX_HIGH_TOP_FIELD = 0x02, ///< option "high top field ID"; its effect is not known
+    SRCAUX_INPUT_FIELD = 0x04,    ///< option "input field ID", port A only; its effect is not known
     SRCAUX_CBCR_SWAP = 0x08,      ///< Cb and Cr swapped
 };
 
@@ -170,7 +170,7 @@ enum SyncWord : std::uint8_t {
     SYNC_V_SYNC_END,
     SYNC_V_SYNC_START,
     SYNC_V2_ACTIVE_START, ///< V2: second field of an interlaced output
-    SYNC_V2_ACTIVE_END,   ///< 0 stands for the wrap of the line count
+    SYNC_V2_ACTIVE_END,   ///< 0: the active lines end where the line count wraps to 0
     SYNC_V2_SYNC_END,
     SYNC_V2_SYNC_START,
     SYNC_V2_H_POSITION, ///< horizontal position of the vertical sync

@@ -116,7 +116,7 @@ void Complete(OutVideoInfo& out, const ModeRow& mode) {
     }
 }
 
-// ---- Pieces ----
+// ---- Helpers of the setters ----
 
 std::uint16_t DacFormat(const OutVideoInfo& out) {
     return static_cast<std::uint16_t>((Has(out, VIDFLAG_HD) ? 2U : 0U) | (Has(out, VIDFLAG_YCBCR) ? 5U : 0U));

@@ -12,7 +12,7 @@ inline constexpr Field kSyncType2{0x402, 12, 2};
 
 struct PortRegs {
     Field ycOffset, cbcrSwap, highTopField, inputField, compHsync, scan, patternScan;
-    Field positionX, positionY;     ///< the two fields of the register position
+    Field positionX, positionY;     ///< horizontal and vertical part of the register "position"
     std::uint16_t position;         ///< offset of the picture from the syncs of the port
     std::uint16_t windowW, windowH; ///< source window
     std::uint16_t clockDelay;

@@ -11,7 +11,7 @@
 /// Result codes of every function of this driver.
 enum KovaResult : std::uint8_t {
     KOVA_NO_ERROR = 0,       ///< success
-    KOVA_I2C_ERROR = 1,      ///< a step found a format, a mode or a number out of range; never a failed transfer
+    KOVA_I2C_ERROR = 1,      ///< a format, a mode or a number is out of range in a step; not used for a failed transfer
     KOVA_INVALID_FORMAT = 2, ///< a format or a mode is out of range
     KOVA_INVALID_PARAM = 3,  ///< the position or the width of a bit field is out of range
 };

@@ -64,7 +64,7 @@ extern DeintState stKOVADeint;
 
 // ---- Scaler, clocks, memory ----
 
-extern std::uint8_t KOVAMFCCoef;   ///< loaded scaler filters: 0 none, 1 normal set, 2 set for less than half the height
+extern std::uint8_t KOVAMFCCoef; ///< loaded scaler filters. 0: none; 1: normal; 2: for a picture below half its height
 extern std::uint16_t KOVAPLLClock; ///< source of the video clock, as set last
 
 extern MemoryConfig stKOVAMemory;

@@ -68,8 +68,8 @@ std::uint8_t KOVAAPI_DisplayOutWindow(std::uint8_t on);
 /// Makes the screen dark, or shows the picture again: 0x4C2 bit 1. Ends with a local register update.
 std::uint8_t KOVAAPI_EnableDarkScreen(std::uint8_t on);
 
-/// Should freeze the main picture. Which field does this is not known. The function therefore writes the field of the
-/// dark screen, 0x4C2 bit 1. Ends with a local register update.
+/// Should freeze the main picture. The register field for the freeze is not known. The function writes the field of the
+/// dark screen instead: 0x4C2 bit 1. Ends with a local register update.
 std::uint8_t KOVAAPI_EnableMainFreeze(std::uint8_t on);
 
 /// Switches power save on or off: 0x03C, 0x01E, 0x020.
