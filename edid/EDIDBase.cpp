@@ -76,7 +76,7 @@ std::uint8_t BasicParse(std::uint8_t* err, std::uint16_t* crc) {
         result = CheckCRCof1stEDIDBlock(err, crc);
     }
     // The version is checked last: only a block with a correct checksum has valid version bytes. Extension blocks have
-    // none.
+    // no version bytes.
     if (!Ends(result, *err)) {
         result = CheckEDIDVersion(err, crc);
     }

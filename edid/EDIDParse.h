@@ -199,10 +199,10 @@ void ParsingShortAudioDescriptor(std::span<const std::uint8_t, 3> bytes);
 // - Data blocks. Both walks over the data blocks start at offset 4 of the CEA block. Each step advances by at least one
 //   byte. The walks end at the offset of the detailed timings, which is at most 255.
 // - One data block. The longest one takes 13 reads: one for its tag, one for its length, and 11 for the audio
-//   descriptors of a length of 31. The step after it can still be one byte. The step depends on the read of the tag,
-//   and that read can have shown the length 0.
-// - Detailed timings. They start at offset 1 or later and are 18 bytes apart. The last one is the first that begins
-//   above offset 108. These are at most seven detailed timings, with four reads each.
+//   descriptors of a length of 31. Tag and length are two reads of the same byte. The step after the block uses the
+//   first read. That read can give the length 0, so the step can be one byte even then.
+// - Detailed timings. They start at offset 1 or later and are 18 bytes apart. The parse ends after the first one
+//   that begins above offset 108. These are at most seven detailed timings, with four reads each.
 
 namespace edid {
 

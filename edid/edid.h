@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-/// Why a parse found no HDMI sink. A failed transfer has no code here: it is the result of ParseEDID.
+/// Why a parse found no HDMI sink. A failed transfer has no code here. ParseEDID returns its MDDCResult.
 enum EDIDErrCode : std::uint8_t {
     EDID_ERR_HEADER = 8,        ///< Block 0 does not start with the EDID header.
     EDID_ERR_VERSION = 9,       ///< The EDID version is not 1.3 or a later 1.x.
@@ -35,7 +35,7 @@ extern std::uint8_t gbExtensionBlockExist;      ///< 1 when the EDID has an exte
 extern std::uint8_t gbVendorSpecificBlockExist; ///< 1 when the CEA block has a vendor-specific data block, else 0.
 extern std::uint16_t gwCECPhysicalAddr;         ///< CEC physical address. 0 when it could not be read.
 extern std::uint8_t gbMonCap;                   ///< Capability byte of the CEA block (offset 3).
-extern std::uint8_t gbNativeVIC;     ///< Output format of a DVI sink: 2 to 17, 24 for none. 0 after a CEA block.
+extern std::uint8_t gbNativeVIC;     ///< Output format of a DVI sink: 2 to 17; 24: none. A parsed CEA block sets 0.
 extern std::uint8_t gbNativeVICtemp; ///< CEA-861 code of the last video format marked native. 0 for none.
 
 // ---- Parse and accessors ----
