@@ -17,7 +17,7 @@ namespace {
 // The pause before each transfer to the video processor. Whether a shorter pause is enough is not known.
 constexpr useconds_t kPauseMicroseconds = 100;
 
-// Set after the first report, so that a failed pause is reported only once. Every pause fails on a kernel without the
+// Set before the first report, so that a failed pause is reported only once. Every pause fails on a kernel without the
 // system call that this C library uses to wait.
 std::atomic_flag pauseFailed;
 

@@ -50,7 +50,8 @@ struct RegisterLine {
 
 bool IsWord(const char* token, const char* word) { return std::strcmp(token, word) == 0; }
 
-// Keywords are recognised at any position. The third token is the address, the fourth token is the value.
+// The command word can be any token of the line, the target word any token after the command word. The third token is
+// the address, the fourth token is the value.
 RegisterLine Tokenize(char* text) {
     RegisterLine line;
     char* rest = nullptr;
@@ -195,7 +196,7 @@ struct LineCommand {
     void (*action)();
 };
 
-// The first word of a line is compared with these words in this order.
+// The string in input_command is compared with these words in this order. A line that begins with a blank matches none.
 constexpr std::array<LineCommand, 4> kLineCommands{{
     {"init", StartUp},
     {"clstart", StartLoop},
@@ -216,8 +217,8 @@ void RunLineCommand(const char* word) {
 
 enum class Input : std::uint8_t { Line, TooLong, End };
 
-// Reads one line without its newline. A line that does not fit into the buffer together with its newline is read to its
-// end and dropped.
+// Reads one line without its newline. A line that does not fit into the buffer together with a newline and a zero is
+// read to its end and dropped.
 Input ReadLine(std::span<char> buffer) {
     std::size_t length = 0;
     bool fits = true;

@@ -18,5 +18,6 @@ void CommandProcess();
 /// other character, also an upper-case letter, is converted as the digit 0.
 std::uint16_t hex2dec(const char* str);
 
-/// Reads and executes lines. Returns after a line whose first word is "q". The end of the input acts as the line "q".
+/// Reads and executes lines. Returns after a line that begins with the word "q". The end of the input acts as the line
+/// "q".
 void RunShell();

@@ -13,8 +13,8 @@
 
 // ---- Built-in sets ----
 // SD sets have ITU-R BT.601 weights, HD sets have ITU-R BT.709 weights. With FullRange, the RGB side uses the full
-// range, 0 to 1023. With StdRange, it uses standard video levels. In a matrix, 512 stands for 1.0. Offsets are in
-// 10-bit code units.
+// range, 0 to 1023. With StdRange, both sides use standard video levels. In a matrix, 512 stands for 1.0. Offsets are
+// in 10-bit code units.
 
 extern const CscSet KOVA_CscRGBtoYUV_SD_FullRange;
 extern const CscSet KOVA_CscRGBtoYUV_SD_StdRange;

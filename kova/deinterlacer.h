@@ -1,6 +1,6 @@
 #pragma once
-// The deinterlacer makes frames from interlaced fields by motion-adaptive interpolation. It has film and caption
-// detection, CCS and motion noise reduction. Its registers are 0x500 to 0x53F. The meaning of the names CCS, PD, V2TAB
+// The deinterlacer makes frames from interlaced fields by motion-adaptive interpolation. It has film detection, caption
+// handling, CCS and motion noise reduction. Its registers are 0x500 to 0x53F. The meaning of the names CCS, PD, V2TAB
 // and Y mode is not known.
 //
 // These functions return KOVA_NO_ERROR, also when a transfer fails (see regs.h). Each setter ends with a local register

@@ -1,5 +1,5 @@
 #pragma once
-// Named register fields, and the functions from which every setter is built.
+// Named register fields, and functions that most setters use to write registers.
 
 #include "kova/regs.h"
 

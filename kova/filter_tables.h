@@ -1,5 +1,7 @@
 #pragma once
-// The built-in sets of the picture filters. A null pointer in a setter selects them.
+// The built-in sets of the picture filters. A null pointer in a setter selects a built-in set.
+// KOVAAPI_SetFrontNRFilterInHD loads the sets for a decimated picture. EnableLTI, EnableCTICb and EnableCTICr write
+// KOVA_LTICTIFactor.
 
 #include "kova/filters.h"
 

@@ -14,7 +14,8 @@ using FilterSet4 = std::array<std::uint16_t, 4>;
 
 // ---- Front noise reduction and median, ahead of the frame memory ----
 
-// Coefficients are 12-bit two's complement. 0x400 stands for 1.0. The built-in sets do not change the picture.
+// Coefficients are 12-bit two's complement. 0x400 stands for 1.0. The sets that a null pointer selects do not change
+// the picture.
 std::uint8_t KOVAAPI_SetFrontNRYFilterCoef(const FilterSet8* coef); ///< luma: 0x422 to 0x429
 std::uint8_t KOVAAPI_SetFrontNRCFilterCoef(const FilterSet4* coef); ///< chroma: 0x42C to 0x42F
 

@@ -156,7 +156,7 @@ using CscSet = std::array<std::int16_t, 15>;
 /// A scaler filter: 64 entries of two coefficients. 2048 stands for 1.0.
 using MfcTable = std::array<std::array<std::int16_t, 2>, 64>;
 
-/// Words of the sync timing of an output. Horizontal words count pixels, vertical words count lines.
+/// Words of the sync timing of an output. Horizontal words count pixel clocks, vertical words count lines.
 enum SyncWord : std::uint8_t {
     SYNC_SETUP = 0, ///< three words for registers 0x484 to 0x486; their meaning is not known
     SYNC_H_TOTAL = 3,
@@ -238,10 +238,11 @@ struct OutVideoInfo {
 extern SrcVideoInfo stSrcVideoInfo; ///< the source that the start-up sequence sets up
 extern OutVideoInfo stOutVideoInfo; ///< the output that the start-up sequence sets up
 
-/// The VideoMode that the transmitter uses for the output. The application sets it. The EDID parser may change it.
+/// The VideoMode that the transmitter uses for the output. It is 0 (RGB444_8) at the start. An application can set it.
+/// The EDID parser writes it too.
 extern std::uint8_t OutVideoMode;
-/// The output format and the source format that the transmitter uses. The application sets them. The drivers only read
-/// them.
+/// A VIDOUT and a VIDSRC format that an application can set. They are 0 at the start. Only InitHDMITXVariable reads
+/// OutVideoFrmt, only ConfigTXVideoMode reads SrcVideoFrmt. Everything else uses stOutVideoInfo and stSrcVideoInfo.
 extern std::uint8_t OutVideoFrmt;
 extern std::uint8_t SrcVideoFrmt;
 

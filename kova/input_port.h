@@ -1,10 +1,10 @@
 #pragma once
 // The input ports: bus format, syncs, scan type, options and port clock of the source.
 //
-// Every function returns KOVA_NO_ERROR, also when a transfer fails (see regs.h). Most port registers hold two fields
-// side by side, one for each port. The flags in the source record tell which field a setter writes.
-// KOVAAPI_SetSrcPortMode sets these flags. Call this function before any other setter that takes a record. A parameter
-// "on" means on for any non-zero value.
+// Every function but KOVAAPI_SetSrcPortMode always returns KOVA_NO_ERROR, also when a transfer fails (see regs.h). The
+// registers 0x400 to 0x402 hold fields of both ports side by side. The other port registers exist once for each port.
+// The flags in the source record tell which field a setter writes. KOVAAPI_SetSrcPortMode sets these flags. Call this
+// function before any other setter that takes a record. A parameter "on" means on for any non-zero value.
 
 #include "formats.h"
 

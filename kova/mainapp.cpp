@@ -103,8 +103,8 @@ void SwitchOutputsOn() {
     KOVAAPI_DisplayOutWindow(1);
 }
 
-// Every transfer to the transmitter prints a trace line. Reading the registers back therefore shows their values on the
-// console.
+// Every successful transfer to or from the transmitter prints a trace line. Reading the registers back therefore shows
+// their values on the console.
 std::uint8_t StartTransmitter() {
     hdmitx::WriteTxSettings(hdmitx::kTxNormalSetup);
     std::fputs("\n$$$$$$$$$$$$$$ HDMI Read Teset $$$$$$$$$$\n\n", stdout);

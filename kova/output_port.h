@@ -14,8 +14,8 @@
 /// drive, scan type and polarities. Then calls KOVAAPI_SetOutVideoAUX. Registers: 0x01C, 0x020, the even addresses from
 /// 0x02C to 0x034, 0x040, 0x445, 0x484 to 0x486, 0x488 to 0x498, 0x4A2, 0x4A3, 0x4B4, 0x588, 0x589.
 ///
-/// A multiplexed output of a format narrower than 1024 pixels uses twice the pixel clock. The horizontal timing in the
-/// record is doubled then.
+/// A multiplexed output of a format narrower than 1024 pixels uses twice the pixel clock. The horizontal timing and the
+/// active width in the record are doubled then.
 /// @return KOVA_NO_ERROR. KOVA_INVALID_FORMAT when the format or the mode is out of range; the record is then unchanged
 ///         and nothing is written.
 std::uint8_t KOVAAPI_SetOutPortMode(OutVideoInfo* out);

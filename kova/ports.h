@@ -1,5 +1,5 @@
 #pragma once
-// The two input ports. Most port registers hold two fields side by side, one for each port.
+// The two input ports. The registers 0x400 to 0x402 hold fields of both ports side by side.
 
 #include "kova/field.h"
 #include "kova/formats.h"

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-// ---- The windows that were written to the chip last ----
+// ---- The windows, as the setters computed them last ----
 
 extern VideoWindow stKOVASrcWIN;  ///< source window after clipping and decimation
 extern VideoWindow stKOVADstWIN;  ///< destination of the decimator

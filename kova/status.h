@@ -1,10 +1,10 @@
 #pragma once
 // Status of the chip and of the incoming signal, measurements, test patterns, and control of the display.
 //
-// Every function returns KOVA_NO_ERROR, also when a transfer fails (see regs.h). When the read of a result fails, a
-// sync status is 3, a pattern number is 7, and a device ID or a measurement is 0xFFFF. A failed read of the ready flag
-// in 0x4D0 counts as ready, so a measurement can then return an old valid result. A failed write of the status select
-// register 0x4C6 can have the same effect.
+// Every function but KOVAAPI_SetInputPattern always returns KOVA_NO_ERROR, also when a transfer fails (see regs.h).
+// When the read of a result fails, a sync status is 3, a pattern number is 7, and a device ID or a measurement is
+// 0xFFFF. A failed read of the ready flag in 0x4D0 counts as ready, so a measurement can then return an old valid
+// result. A failed write of the status select register 0x4C6 can have the same effect.
 //
 // A parameter "on" means on for any non-zero value, except in KOVAAPI_PowerSaveEnable.
 

@@ -30,9 +30,10 @@ std::uint8_t KOVAAPI_SetSrcHDMapBug(const SrcVideoInfo* src) {
     return AsResult(KOVA_RegWrite(kDestination, 720) || KOVA_RegWrite(kDestinationH, 480) || LocalUpdate());
 }
 
-// Each step uses results of earlier steps, so the order matters. The two port setters fill the flags that the colour
+// Several steps use results of earlier steps, so the order matters. The two port setters fill the flags that the colour
 // converters read. The decimation may narrow the source window, and the output windows start from the result. The front
-// filters, the scaler coefficients, the precision and the deinterlacer depend on the windows.
+// filters, the scaler coefficients, the precision and the deinterlacer depend on the windows. The deinterlacer also
+// depends on the precision.
 std::uint8_t KOVAAPI_VideoProcess(SrcVideoInfo* src, OutVideoInfo* out) {
     // clang-format off
     return AsResult(KOVAAPI_SetSrcHDMapBug(src)

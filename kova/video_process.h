@@ -7,8 +7,8 @@
 
 /// Sets up every part of the video path for the two records, completes the records, and restarts the output sync. Call
 /// it after each change of the format or the mode in a record. Call it at least once before a setter that uses the
-/// resulting flags or windows. Each call writes all registers again, with one exception: the scaler coefficients are
-/// written only when the needed set is not loaded yet.
+/// resulting flags or windows. Each call writes all registers of the update again, with one exception: the scaler
+/// coefficients are written only when the needed set is not the one that was loaded last.
 /// @return KOVA_NO_ERROR, also when a transfer fails (see regs.h). KOVA_I2C_ERROR when a format or a mode is out of
 ///         range: the update ends at that step, and the registers written before keep their new values.
 std::uint8_t KOVAAPI_VideoProcess(SrcVideoInfo* src, OutVideoInfo* out);
