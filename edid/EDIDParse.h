@@ -201,7 +201,7 @@ void ParsingShortAudioDescriptor(std::span<const std::uint8_t, 3> bytes);
 // - One data block. The longest one takes 13 reads: one for its tag, one for its length, and 11 for the audio
 //   descriptors of a length of 31. Tag and length are two reads of the same byte. The step after the block uses the
 //   first read. That read can give the length 0, so the step can be one byte even then.
-// - Detailed timings. They start at offset 1 or later and are 18 bytes apart. The parse ends after the first one
+// - Detailed timings. They start at offset 1 or later and are 18 bytes apart. This walk ends after the first one
 //   that begins above offset 108. These are at most seven detailed timings, with four reads each.
 
 namespace edid {

@@ -3,8 +3,8 @@
 // registers are 0x72:0xEC to 0x72:0xF4. Every register access is a call of the driver, so EDID reads are kept short, at
 // most 8 bytes each.
 //
-// Each transfer function returns an MDDCResult. When a call of the register layer returns a value other than 0, the
-// function returns this value. The register layer always returns 0.
+// Each transfer function returns an MDDCResult. When a block transfer of the register layer returns a value other than
+// 0, the function returns this value. The register layer always returns 0.
 
 #include <cstdint>
 

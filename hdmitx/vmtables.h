@@ -9,7 +9,7 @@
 struct VModeRow {
     std::uint8_t Vic;           ///< CEA-861 video identification code, see below.
     std::uint8_t WideVic;       ///< Code of the same timing with 16:9 pictures. 0 when there is none.
-    std::uint8_t SubMode;       ///< 1 to 3 in rows with the same Vic and WideVic but other line counts, else 0.
+    std::uint8_t SubMode;       ///< 1 to 3 in CEA-861 rows with the same Vic and WideVic but other line counts, else 0.
     std::uint16_t PixClk;       ///< Pixel clock in units of 10 kHz. 2700 in every PC row, which is not its real clock.
     std::uint8_t SyncFlags;     ///< The VMODE_ bits below.
     std::uint16_t VFreq;        ///< Vertical frequency in units of 0.01 Hz. Interlaced: the field rate.

@@ -382,7 +382,7 @@ done <"$folder/links"
 
 [ $hand = 1 ] || [ -n "$only" ] || sed -n '/^hand$/,$s/^link \(.*\) |.*/left    \1: needs --hand/p' "$table"
 [ -n "$broken" ] || { echo "All links that were checked are good." && exit 0; }
-[ "$broken" != "$only" ] || echo "Only this link was checked, and not the links before it."
+[ "$broken" != "$only" ] || echo "Only this link and the link \"$node\" were checked."
 echo "The first broken link: $broken"
 sed -n "s/^link $broken | \(.*\)/Read on: bring-up.md, \"\1\"/p" "$table"
 exit 1

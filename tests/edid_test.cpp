@@ -188,10 +188,10 @@ TEST_F(Edid, ParseHandlesAnyTimingsOffset) {
     }
 }
 
-// A failed read ends the parse, and a read that times out gives zeros. There are two exceptions. If a read of the
+// A failed read ends the parse, and a read that times out gives zeros. There are three exceptions. If a read of the
 // search for the vendor-specific block fails, no block is found. If the read of the signature fails, the signature
 // counts as right. The parse then ends only if the read of the physical address fails too. An EDID without the
-// signature is a DVI monitor's: the timings of block 0 are parsed.
+// signature is a DVI monitor's: the timings of block 0 are parsed, even if the read of the physical address fails.
 TEST_F(Edid, FailedReadEndsTheParse) {
     const std::vector<Case> cases{
         {"DVI", Base{}.Build()}, {"HDMI", Bytes(sim::kBuiltInEdid.begin(), sim::kBuiltInEdid.end())},

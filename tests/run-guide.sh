@@ -44,8 +44,8 @@ type_lines() {
 
 squeeze() { sed 's/[[:blank:]]\{1,\}/ /g; s/^ //; s/ $//; s/\([[:alpha:]]\)\[[0-9]*\](/\1[](/; /^$/d'; }
 
-# A report begins with a newline and has none at its end. The prompt has no newline. So other text may follow a report
-# or a prompt on the same line.
+# Most reports begin with a newline and have none at their end. The prompt has no newline. So other text may follow a
+# report or a prompt on the same line.
 as_shown() {
     tr -d '\r' |
         awk '{ gsub(/Please Input Command : /, ""); gsub(/Your Input Command = \[|kova-sim: /, "\n&"); print }' |
