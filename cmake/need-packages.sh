@@ -8,7 +8,7 @@ is_missing() {
     ninja-build) set -- ninja ;;
     qemu-user) set -- qemu-ppc ;;
     debhelper) set -- dh ;;
-    build-essential | googletest | lib*) # No program to look for. Without dpkg, CMake looks for them itself.
+    build-essential | googletest | lib*) # No program to look for. Without dpkg they count as installed.
         command -v dpkg-query >/dev/null && ! dpkg-query -W -f '${Status}\n' "$1" 2>/dev/null | grep -q ' installed$'
         return
         ;;

@@ -1,5 +1,5 @@
-# The board: 32-bit big-endian PowerPC. Its programs are built by Debian's cross compiler, or by the compilers in CC and
-# CXX, or with the toolchain file in the environment variable CMAKE_TOOLCHAIN_FILE. qemu-ppc runs them here.
+# The board: 32-bit big-endian PowerPC. Its programs are built by Debian's cross compiler, by the compilers in CC and CXX,
+# or with the toolchain file in CMAKE_TOOLCHAIN_FILE. Without a toolchain file, qemu-ppc runs them here.
 
 # The cache keeps the name of the toolchain file, since ninja can run CMake again later with another environment.
 set(KOVA_TOOLCHAIN_FILE "$ENV{CMAKE_TOOLCHAIN_FILE}" CACHE FILEPATH "Toolchain file of another cross compiler")

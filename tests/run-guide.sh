@@ -1,16 +1,15 @@
 #!/bin/sh
-# Tests the guide. Runs the commands of its console blocks, and checks that the real output contains the output that the
-# blocks show.
+# Tests the guide. Runs the commands of its console blocks, and checks that the output contains what the blocks show.
 #
 # usage: run-guide.sh DOCS PROGRAM [EMULATOR...]
 # DOCS: the folder of bring-up.md and messages.md; PROGRAM: the console, with the simulated board beside it
 #
 # In a console block, a line "$ COMMAND" is carried out by sh. There ./run is the console on the simulated board, and
-# kova-console the console without it. For "Please Input Command : LINE" the test types LINE. After a line
-# "kova-sim: TEXT" the test types nothing until the output contains that line. The output must contain all lines of the block, one
-# directly after the other. "..." stands for any lines. Any lines may follow the end of a block. A command without lines
-# below it must print nothing. The blocks leave out empty lines, the usage summary and the echo of what is typed. In
-# "NAME[32](" the source line number 32 is not compared.
+# kova-console the console without it. For "Please Input Command : LINE" the test types LINE. After "kova-sim: TEXT" the
+# test types nothing until the output contains that line. The output must contain all lines of the block, one directly
+# after the other. "..." stands for any lines. Any lines may follow the end of a block. A command without lines below it
+# must print nothing. The blocks leave out empty lines, the usage summary and the echo of what is typed. The source line
+# number in "NAME[32](" is not compared.
 set -u
 docs=$1 CONSOLE=$2
 shift 2

@@ -1,5 +1,5 @@
-# Leaves out a transfer that is the same as the transfer before the last. The loop repeats two such writes every 32
-# passes.
+# Leaves out a transfer that is the same as the transfer before the last. While the EDID reads fail, the loop repeats
+# two such writes every 32 passes.
 /^ *[0-9.]+ [kh]/ {
     text = $2 $3 $4 $5
     if (text != before) { print }
