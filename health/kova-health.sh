@@ -49,8 +49,9 @@ trap 'exit 2' HUP INT TERM
 exec 3<&0 4>&1
 
 # ---- From the table to the plan of one link ----
-# A line of the plan for each line that is typed or compared, repetitions written out. Its fields, divided by "|": the
-# line's number in the table; how many "or" stand before it; the command, or what else it is; what must come.
+# The plan has one line for each line of the table that is typed or compared. A repeated line stands there once for each
+# repetition. The fields are divided by "|": the line's number in the table; the number of "or" before the line; the
+# command, or the kind of a line that is no command; the expected answer or the line's text.
 
 plan='
 function add(number, text, what) {
@@ -99,7 +100,7 @@ function masked(value, mask, bit, n) {
     }
     return n + 0
 }
-# VALUE, VALUE/MASK, FIRST..LAST, or the result of init, a word
+# expected is VALUE, VALUE/MASK or FIRST..LAST, or the word "ok" for init.
 function is(value, expected, part) {
     if (split(expected, part, "[.][.]") == 2) {
         return number(value) >= number(part[1]) && number(value) <= number(part[2])
@@ -113,7 +114,7 @@ function is(value, expected, part) {
 # ---- What differs ----
 
 function note(text) { notes[++noteCount] = text }
-# In a line of the table: the first difference is kept, the others are counted.
+# Keeps the text of the first difference of each table line, and counts all its differences.
 function differs(text, at) {
     at = source[now]
     if (!(at in differences)) { firstDifference[at] = text; differing[++lines] = at }
@@ -129,7 +130,7 @@ function finish(target, expected, hex, other) {
         sub(/.* /, "", hex)
         sub(/ [^ ]*$/, "", target)
         written[target] = hex
-        unsure[target] = failed # the register may hold its value before
+        unsure[target] = failed # after a failed write the register may still hold its old value
         return
     }
     if (typed[now] !~ /^r / && typed[now] != "init") { return }
@@ -156,7 +157,7 @@ function reportRead(target, text) {
         hint[source[now], number(value)])
 }
 
-# Compares the dumps with a row of the table, "ADDRESS = VALUE ...", and gathers neighbours that are wrong.
+# Compares the dumps with a row of the table, "ADDRESS = VALUE ...", and joins wrong registers that follow each other.
 function compareRegisters(row, word, words, i, address) {
     words = split(row, word, " ")
     for (i = 3; i <= words; ++i) {
@@ -169,7 +170,7 @@ function compareRegisters(row, word, words, i, address) {
             if (wrong++ == 0) { from = address; shown = "" }
             to = address
             if (wrong <= 4) { shown = shown " " address ": " dump[address] " should be " word[i] ";" }
-        } else if (!is("0", word[i])) { # where 0 is right a dead register is right, too
+        } else if (!is("0", word[i])) { # a dead register that reads 0 also passes where 0 is expected
             endRange(address)
             good = address
         }
@@ -184,7 +185,7 @@ function endRange(next_) {
     wrong = 0
 }
 
-# Values of a line that came less often than its usual one.
+# Notes the values of a line that were read less often than its most frequent value.
 function compareSteady(at, command, key, part, usual, others) {
     for (key in count) {
         split(key, part, SUBSEP)
@@ -248,7 +249,7 @@ NR == FNR { next }
 /^nID=/ && value == "" { value = $0 }
 /^ok/ { value = "ok" }
 /^\[0x/ { address = number(tolower(substr($0, 4, 3))); sub(/^[^\t]*/, "") }
-/^\t/ { # words of a dump; where a read failed, its error has cut the row
+/^\t/ { # words of a dump; the error line of a failed read splits the row
     words = split(substr($0, 2), part, "\t")
     for (i = 1; i <= words; ++i) {
         at = sprintf("%03x", address++)
@@ -310,7 +311,7 @@ type_plan() {
     done <"$folder/plan"
 }
 
-# What the console shows for "r" of the registers that init does not restore, as commands that write it back.
+# Reads the registers of the "keep" lines, which init does not restore. Prints the "w" commands that restore them.
 read_restore() {
     sed -n 's/^keep /r /p' "$table" | "$@" 2>/dev/null | awk '
         /Input Command = \[r/ { sub(/.*\[r /, "w "); sub(/\]$/, ""); command = $0 }
@@ -318,7 +319,7 @@ read_restore() {
         /^REG = / && command != "" { sub(/.*\[0x/, ""); sub(/\].*/, ""); print command, $0 }'
 }
 
-# Leaves the board as init leaves it. Without the ID init would read it 100000 times.
+# Restores the "keep" registers, then runs init. Does neither without the ID, because init would read it 100000 times.
 restore() {
     if echo 'r kova 4' | "$@" 2>/dev/null | grep -q 'ReadData=\[0x0083\]'; then
         (cat "$folder/restore" && echo init) | "$@" >/dev/null 2>&1
