@@ -18,7 +18,7 @@ constexpr std::uint16_t kWidest10Bit = 768;
 
 /// The state and the choices that are set together with KOVA_DeintFactor. On: noise reduction, CCS, border detection,
 /// fast motion, and noise reduction for every use. Chroma mode 1, current motion threshold 16, current motion select 2.
-/// Film mode 3, although KOVA_DeintFactor puts film code 0 into 0x50B. The video path update then writes the code of
+/// The film mode is 3, although KOVA_DeintFactor has film code 0 for 0x50B. The next video path update writes the code of
 /// mode 3, unless it forces high-definition mode.
 constexpr DeintState kDefaults{.state = DEINT_NR_ON, .v2tab = 0, .choices = 0x107F, .nrUse = 0xBF};
 

@@ -54,7 +54,7 @@ void Unplug();
 void SetReceiver(bool on);
 /// Sets the sample rate in Hz of the audio that arrives, 0 for no audio. A change of the rate raises the audio input
 /// interrupts. The transmitter's CTS follows from the rate, from N and from the video processor's pixel clock. Every
-/// second CTS value is greater by jitter.
+/// other CTS is greater by jitter.
 void SetAudio(std::uint32_t hertz, std::uint32_t jitter = 0);
 /// From now on the CTS has these values, one after the other and then again from the first, whatever audio arrives. The
 /// values must outlive their use.
