@@ -18,8 +18,8 @@ constexpr std::uint16_t kWidest10Bit = 768;
 
 /// The state and the choices that are set together with KOVA_DeintFactor. On: noise reduction, CCS, border detection,
 /// fast motion, and noise reduction for every use. Chroma mode 1, current motion threshold 16, current motion select 2.
-/// The film mode is 3, although KOVA_DeintFactor has film code 0 for 0x50B. The next video path update writes the code of
-/// mode 3, unless it forces high-definition mode.
+/// The film mode is 3, although KOVA_DeintFactor has film code 0 for 0x50B. The next video path update writes the code
+/// of mode 3, unless it forces high-definition mode.
 constexpr DeintState kDefaults{.state = DEINT_NR_ON, .v2tab = 0, .choices = 0x107F, .nrUse = 0xBF};
 
 /// The driver overrides a choice of the caller while any of these state bits is set (whileSet true), or while all of

@@ -8,8 +8,8 @@
 
 namespace sim {
 
-/// A lock that the thread sanitizer does not see. It does not see the real kernel's lock either. A std::mutex would order
-/// the console's threads at every request, and so hide data races between them.
+/// A lock that the thread sanitizer does not see. It does not see the real kernel's lock either. A std::mutex would
+/// order the console's threads at every request, and so hide data races between them.
 struct Lock {
     void lock();
     void unlock() { taken.clear(std::memory_order_release); }
@@ -23,8 +23,8 @@ extern Lock boardLock;
 /// Whether the board is set up, by Reset or from the environment.
 extern bool isSetUp;
 
-/// The value of bits without a meaning. In a test they are ones, so that a mask that is too wide fails. For a person they
-/// are zeros, so that the other bits are easier to see.
+/// The value of bits without a meaning. In a test they are ones, so that a mask that is too wide fails. For a person
+/// they are zeros, so that the other bits are easier to see.
 extern bool meaninglessOnes;
 inline unsigned Meaningless(unsigned bits) { return meaninglessOnes ? bits : 0; }
 

@@ -66,7 +66,8 @@ void PlayCts(std::span<const std::uint32_t> measurements);
 void FailRequests(std::uint32_t first, std::uint32_t count);
 /// From now on every n-th request fails. 1: all requests fail, 0: none.
 void FailEvery(std::uint32_t n);
-/// Sets whether the video processor is dead. Requests then succeed, but every read gives 0xFFFF and writes have no effect.
+/// Sets whether the video processor is dead. Requests then succeed, but every read gives 0xFFFF and writes have no
+/// effect.
 void SetDead(bool dead);
 
 /// From now on every pause fails at once, as on a kernel without the system call that the C library's sleep uses.
@@ -79,8 +80,8 @@ void SetDdcError(std::uint8_t bits);
 /// From now on the monitor does not acknowledge every n-th DDC transfer. 1: it acknowledges none, 0: it acknowledges
 /// all.
 void FailDdcEvery(std::uint32_t n);
-/// Sets a function that is called at the start of every DDC transfer. Its argument is the transfer's number, from 1 on. The
-/// function may change the monitor, or the busy reads and the error bits.
+/// Sets a function that is called at the start of every DDC transfer. Its argument is the transfer's number, from 1 on.
+/// The function may change the monitor, or the busy reads and the error bits.
 void SetDdcHook(void (*hook)(std::uint32_t transfer));
 
 // ---- Time ----
@@ -98,12 +99,13 @@ std::uint64_t Now();
 // ---- Journal ----
 
 /// Returns the journal since Reset or the last TakeJournal, with a line for each event: "kova r 0004 0083", "hdmi1 w 2f
-/// 01", "pause 100", "close". The line of a failed request ends in " failed". Empty unless KeepJournal(true) was called.
+/// 01", "pause 100", "close". The line of a failed request ends in " failed". Empty unless KeepJournal(true) was
+/// called.
 std::string TakeJournal();
 void KeepJournal(bool keep);
 
-/// From now on writes every transfer and every "close" to this file too. "-" is standard error. Each line begins with the
-/// board's clock in seconds.
+/// From now on writes every transfer and every "close" to this file too. "-" is standard error. Each line begins with
+/// the board's clock in seconds.
 /// @return false with a message on standard error if the file cannot be written
 bool WriteJournal(const char* path);
 

@@ -40,7 +40,8 @@ void Quietly(Code code) {
     Capture(code);
 }
 
-/// A test with a log. The log is compared with the file of the test's name in tests/data. UPDATE_GOLDEN=1 records the file.
+/// A test with a log. The log is compared with the file of the test's name in tests/data. UPDATE_GOLDEN=1 records the
+/// file.
 class Recorded : public testing::Test {
 protected:
     void TearDown() override {
@@ -81,8 +82,8 @@ protected:
     /// The journal's lines of writes.
     static std::string Writes() { return JournalWith(" w "); }
 
-    /// Adds an operation to the log: its name, its messages and its transfers. If a text is given, only the journal lines
-    /// that contain the text are added.
+    /// Adds an operation to the log: its name, its messages and its transfers. If a text is given, only the journal
+    /// lines that contain the text are added.
     template <typename Operation>
     void Log(const std::string& name, Operation operation, const std::string& with = "") {
         Transfers();

@@ -257,8 +257,8 @@ TEST_F(Edid, ParseSurvivesDamagedEdids) {
     for (unsigned i = 0; i < 300; ++i) {
         Bytes input = Join({Bytes(4), monitors[i % monitors.size()]}); // a DDC channel without faults
         for (unsigned mutations = i % 8; mutations > 0; --mutations) {
-            // Every second mutation changes one of the four bytes that set the faults. The others change one of the first
-            // 24 bytes of a block, where tags, lengths and offsets are, or any byte if the input is too short.
+            // Every second mutation changes one of the four bytes that set the faults. The others change one of the
+            // first 24 bytes of a block, where tags, lengths and offsets are, or any byte if the input is too short.
             const std::size_t at = mutations % 2 == 0 ? random() % 4 : 4 + 128 * (random() % 4) + random() % 24;
             input[at < input.size() ? at : random() % input.size()] = static_cast<std::uint8_t>(random());
         }

@@ -83,8 +83,8 @@ TEST_F(KovaPorts, InterlacedYCbCrOutputUsesAllOptions) {
     Note(KOVAAPI_SetOutPortMode(&out), "1920x1080i60");
 }
 
-// A multiplexed output narrower than 1024 pixels runs at twice the pixel clock. This tests every mode of a narrow, a wide
-// and an interlaced format. It logs the sync words that differ from those of mode 0.
+// A multiplexed output narrower than 1024 pixels runs at twice the pixel clock. This tests every mode of a narrow, a
+// wide and an interlaced format. It logs the sync words that differ from those of mode 0.
 TEST_F(KovaPorts, OutputModesFillRecord) {
     for (std::uint8_t frmt = 0; frmt < VIDOUT_COUNT; ++frmt) {
         SyncTiming sync{};
